@@ -1,0 +1,39 @@
+# What tools/setup.sh brings: Boost, the JNI headers, the Java runtime for Windows.
+
+set(TELVAR_CACHE "" CACHE PATH "Folder that tools/setup.sh fills (default: as that script chooses)")
+if(NOT TELVAR_CACHE)
+  if(DEFINED ENV{TELVAR_CACHE})
+    set(telvar_cache $ENV{TELVAR_CACHE})
+  else()
+    set(telvar_cache $ENV{HOME}/.cache/telvar-rmi)
+  endif()
+else()
+  set(telvar_cache ${TELVAR_CACHE})
+endif()
+
+set(BOOST_ROOT_DIR ${telvar_cache}/boost-1.74.0 CACHE PATH "Folder with include/boost and libs/thread/src")
+set(JNI_INCLUDE_DIR ${telvar_cache}/jni-21.0.8.2 CACHE PATH "Folder with jni.h and win32/jni_md.h")
+set(JRE_DIR ${telvar_cache}/jre-11.0.13.1 CACHE PATH "A 64-bit Java runtime for Windows, for the tests")
+
+foreach(needed ${BOOST_ROOT_DIR}/include/boost/version.hpp ${BOOST_ROOT_DIR}/libs/thread/src/win32/thread.cpp
+        ${JNI_INCLUDE_DIR}/jni.h ${JRE_DIR}/bin/server/jvm.dll)
+  if(NOT EXISTS ${needed})
+    message(FATAL_ERROR "${needed} is missing: run tools/setup.sh, or set the paths in cmake/Dependencies.cmake")
+  endif()
+endforeach()
+
+add_library(jni_headers INTERFACE)
+target_include_directories(jni_headers SYSTEM INTERFACE ${JNI_INCLUDE_DIR} ${JNI_INCLUDE_DIR}/win32)
+
+add_library(boost_headers INTERFACE)
+target_include_directories(boost_headers SYSTEM INTERFACE ${BOOST_ROOT_DIR}/include)
+target_compile_definitions(boost_headers INTERFACE BOOST_ALL_NO_LIB BOOST_BIND_GLOBAL_PLACEHOLDERS)
+
+# Boost.Thread from Boost's own sources: what thread_specific_ptr and its clean-up at a thread's end need. Sections let
+# the linker leave out the thread-starting half of thread.cpp.
+set(boost_thread_sources ${BOOST_ROOT_DIR}/libs/thread/src/win32)
+add_library(boost_thread STATIC ${boost_thread_sources}/thread.cpp ${boost_thread_sources}/tss_dll.cpp
+            ${boost_thread_sources}/tss_pe.cpp ${boost_thread_sources}/thread_primitives.cpp)
+target_compile_definitions(boost_thread PRIVATE BOOST_THREAD_BUILD_LIB PUBLIC BOOST_THREAD_USE_LIB)
+target_compile_options(boost_thread PRIVATE -w -ffunction-sections -fdata-sections)
+target_link_libraries(boost_thread PUBLIC boost_headers)

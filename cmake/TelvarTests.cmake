@@ -1,0 +1,62 @@
+# How this project makes its test programs.
+
+find_program(JAVAC javac REQUIRED)
+
+# The path of a file as the programs under test see it: Wine shows the build machine's files on drive Z.
+function(telvar_windows_path output path)
+  cmake_path(NATIVE_PATH path NORMALIZE native)
+  if(NOT CMAKE_HOST_WIN32)
+    string(REPLACE "/" "\\" native "Z:${path}")
+  endif()
+  set(${output} ${native} PARENT_SCOPE)
+endfunction()
+
+# telvar_test_program(NAME
+#   SOURCES ... USES ...
+#   ONE_ENTRY_PER TEST|SUITE   what one ctest entry, that is one process, runs
+#   ALSO_CHECKED               a second entry each, named "checked/...", with the Java machine's own checks
+#   ENVIRONMENT ...            NAME=value for its runs
+#   DEPENDS ...                targets that its runs need)
+function(telvar_test_program name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "ALSO_CHECKED" "ONE_ENTRY_PER" "SOURCES;USES;ENVIRONMENT;DEPENDS")
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE telvar_settings test_bed ${arg_USES})
+  if(arg_DEPENDS)
+    add_dependencies(${name} ${arg_DEPENDS})
+  endif()
+
+  set(entries ${CMAKE_CURRENT_BINARY_DIR}/${name}_entries.cmake)
+  set(checked "")
+  if(arg_ALSO_CHECKED AND NOT CMAKE_HOST_WIN32)
+    set(checked ${CMAKE_SOURCE_DIR}/tests/bed/jni-checked-run)
+  endif()
+  # Without OLE Automation's cache of freed texts, the tests' accounts see every BSTR. "|": a list would be taken apart
+  # on the command line.
+  list(JOIN arg_ENVIRONMENT "|" environment)
+  string(PREPEND environment "OANOCACHE=1|")
+  add_custom_command(
+    TARGET ${name} POST_BUILD
+    COMMAND ${CMAKE_COMMAND} -D PROGRAM=$<TARGET_FILE:${name}> -D "EMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}"
+            -D ONE_ENTRY_PER=${arg_ONE_ENTRY_PER} -D "CHECKED=${checked}" -D OUTPUT=${entries}
+            -D "ENVIRONMENT=${environment}" -P ${CMAKE_SOURCE_DIR}/cmake/DiscoverTests.cmake
+    BYPRODUCTS ${entries}
+    VERBATIM)
+  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${entries})
+endfunction()
+
+# telvar_compile_test(NAME SOURCE file TARGET target CASE n EXPECT regex)
+# A source that must not compile: with CASE defined to a number the compiler has to say what EXPECT describes.
+function(telvar_compile_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "SOURCE;TARGET;CASE;EXPECT" "")
+  set(includes "$<TARGET_PROPERTY:${arg_TARGET},INTERFACE_INCLUDE_DIRECTORIES>")
+  set(systemIncludes "$<TARGET_PROPERTY:${arg_TARGET},INTERFACE_SYSTEM_INCLUDE_DIRECTORIES>")
+  add_test(NAME ${name}
+           COMMAND ${CMAKE_CXX_COMPILER} -std=c++17 -fsyntax-only -DCASE=${arg_CASE}
+                   "$<$<BOOL:${includes}>:-I$<JOIN:${includes},;-I>>"
+                   "$<$<BOOL:${systemIncludes}>:-isystem$<JOIN:${systemIncludes},;-isystem>>"
+                   ${CMAKE_CURRENT_SOURCE_DIR}/${arg_SOURCE}
+           COMMAND_EXPAND_LISTS)
+  if(arg_EXPECT)
+    set_tests_properties(${name} PROPERTIES PASS_REGULAR_EXPRESSION ${arg_EXPECT})
+  endif()
+endfunction()
