@@ -1,0 +1,26 @@
+#pragma once
+
+#include <windows.h>
+
+#include <mutex>
+
+/// A recursive lock within the process: a Win32 critical section with a spin count of 0.
+/// Its operations have the names that std::lock_guard and std::unique_lock call.
+class CCriticalSection {
+public:
+    /// Throws CHresultException with the last Win32 error when the system has no lock to give.
+    CCriticalSection();
+    ~CCriticalSection();
+
+    CCriticalSection(const CCriticalSection&) = delete;
+    CCriticalSection& operator=(const CCriticalSection&) = delete;
+
+    void lock() noexcept;
+    void unlock() noexcept;
+
+private:
+    CRITICAL_SECTION m_section;
+};
+
+/// Holds a CCriticalSection from its construction to the end of its scope.
+using CCriticalSectionLock = std::lock_guard<CCriticalSection>;
