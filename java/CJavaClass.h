@@ -1,0 +1,53 @@
+#pragma once
+
+#include <jni.h>
+
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "CJavaGlobalRef.h"
+#include "JavaArgument.h"
+#include "JavaMethodBinding.h"
+
+class CJavaObject;
+class CJavaVM;
+
+/// One Java class, held by a global reference, with the IDs of its methods under their aliases. Made by
+/// CJavaVM::LoadClass, which alone binds it; constant and usable on any attached thread from then on.
+class CJavaClass {
+public:
+    CJavaClass(CJavaVM& vm, std::string_view className);
+    /// Releases the class reference, silently not where the thread has no environment.
+    virtual ~CJavaClass();
+
+    CJavaClass(const CJavaClass&) = delete;
+    CJavaClass& operator=(const CJavaClass&) = delete;
+
+    /// Finds the class and the methods of `rows`; a later row replaces an earlier one of the same alias. False at the
+    /// first thing missing, a Java exception then pending and what was bound before staying. `env` is the calling
+    /// thread's. Only before the class is shared.
+    [[nodiscard]] bool Bind(JNIEnv* env, const JavaMethodBinding* rows, std::size_t rowCount);
+
+    /// The method bound under `alias`; null when there is none.
+    [[nodiscard]] jmethodID FindMethod(std::string_view alias) const noexcept;
+
+    /// A new object, held by a global reference. Empty when the alias is unknown, the calling thread has no
+    /// environment, or Java fails, an exception being pending then. Throws std::bad_alloc.
+    template <typename... Parameters, typename... Arguments>
+    [[nodiscard]] std::shared_ptr<CJavaObject> NewObject(const JavaConstructor<Parameters...>& constructor,
+                                                         const Arguments&... arguments) {
+        static_assert(sizeof...(Parameters) == sizeof...(Arguments), "as many arguments as the constructor takes");
+        return NewObjectVariadic(constructor.alias, JavaArgument::Convert<Parameters>::From(arguments)...);
+    }
+
+private:
+    [[nodiscard]] std::shared_ptr<CJavaObject> NewObjectVariadic(const char* alias, ...);
+
+    CJavaVM& m_vm;
+    const std::string m_name;
+    std::map<std::string, jmethodID, std::less<>> m_methods;
+    CJavaGlobalRef<jclass> m_class;  // last: released before the aliases go
+};

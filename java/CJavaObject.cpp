@@ -1,0 +1,43 @@
+#include "CJavaObject.h"
+
+#include <cstdarg>
+#include <utility>
+
+#include "CJavaClass.h"
+#include "CJavaLocalRef.h"
+#include "CJavaString.h"
+
+CJavaObject::CJavaObject(CJavaVM& vm, CJavaClass& javaClass, CJavaGlobalRef<jobject>&& reference) noexcept
+    : m_vm(vm), m_class(javaClass), m_reference(std::move(reference)) {}
+
+CJavaObject::~CJavaObject() = default;
+
+void CJavaObject::CallVoidVariadic(const char* alias, ...) {
+    const jmethodID method = m_class.FindMethod(alias);
+    JNIEnv* const env = m_vm.GetEnv();
+    if (!method || !env) {
+        return;
+    }
+    std::va_list arguments;
+    va_start(arguments, alias);
+    env->CallVoidMethodV(m_reference.Get(), method, arguments);
+    va_end(arguments);
+}
+
+std::shared_ptr<CJavaString> CJavaObject::CallStringVariadic(const char* alias, ...) {
+    const jmethodID method = m_class.FindMethod(alias);
+    JNIEnv* const env = m_vm.GetEnv();
+    if (!method || !env) {
+        return {};
+    }
+    std::va_list arguments;
+    va_start(arguments, alias);
+    CJavaLocalRef<jstring> result(env,
+                                  static_cast<jstring>(env->CallObjectMethodV(m_reference.Get(), method, arguments)));
+    va_end(arguments);
+    return std::shared_ptr<CJavaString>(new CJavaString(m_vm, std::move(result)));
+}
+
+jobject JavaArgument::ToReference(const CJavaObject& object) noexcept {
+    return object.GetReference();
+}
