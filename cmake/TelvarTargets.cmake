@@ -22,6 +22,10 @@ function(telvar_component name)
     add_library(${target} STATIC ${arg_SOURCES})
     target_include_directories(${target} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
     target_link_libraries(${target} PUBLIC ${arg_USES_IN_HEADERS} PRIVATE telvar_settings ${arg_USES})
+    if(TELVAR_COVERAGE)
+      target_compile_options(${target} PRIVATE --coverage -fprofile-abs-path)
+      target_link_options(${target} INTERFACE --coverage)
+    endif()
     set_property(GLOBAL APPEND PROPERTY TELVAR_COMPONENTS ${target})
   else()
     add_library(${target} INTERFACE)
@@ -29,3 +33,8 @@ function(telvar_component name)
     target_link_libraries(${target} INTERFACE ${arg_USES_IN_HEADERS})
   endif()
 endfunction()
+
+# Part of every build: the one kind of include that the search paths cannot refuse.
+add_custom_target(check_borders ALL
+  COMMAND ${CMAKE_COMMAND} -D SOURCE_DIR=${CMAKE_SOURCE_DIR} -P ${CMAKE_SOURCE_DIR}/cmake/CheckBorders.cmake
+  COMMENT "Checking that no include climbs out of its folder")

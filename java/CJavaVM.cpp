@@ -122,10 +122,16 @@ long CJavaVM::AttachCurrentThread() {
     }
     void* env = nullptr;
     const jint result = vm->AttachCurrentThread(&env, nullptr);
-    if (result == JNI_OK) {
-        RememberEnv(static_cast<JNIEnv*>(env));
+    if (result != JNI_OK) {
+        return result;
     }
-    return result;
+    try {
+        RememberEnv(static_cast<JNIEnv*>(env));
+    } catch (...) {
+        vm->DetachCurrentThread();  // nobody would know that it has to be done
+        throw;
+    }
+    return JNI_OK;
 }
 
 long CJavaVM::DetachCurrentThread() noexcept {
