@@ -16,23 +16,53 @@ using Names = std::set<std::string>;
 
 // A library that starts threads, opens sockets or writes files would have to import one of these.
 const Names kStartsThreads = {
-    "CreateThread",          "CreateRemoteThread",    "CreateRemoteThreadEx",          "_beginthread",
-    "_beginthreadex",        "QueueUserWorkItem",     "TrySubmitThreadpoolCallback",   "CreateThreadpool",
-    "CreateThreadpoolWork",  "CreateThreadpoolTimer", "CreateThreadpoolWait",          "CreateThreadpoolIo",
-    "CreateTimerQueueTimer", "RtlCreateUserThread",   "RegisterWaitForSingleObject",   "CreateProcessA",
-    "CreateProcessW",        "WinExec",               "system",                        "_wsystem",
-    "SHCreateThread",        "ShellExecuteExW",       "timeSetEvent",                  "SetTimer",
+    "CreateThread",
+    "CreateRemoteThread",
+    "CreateRemoteThreadEx",
+    "_beginthread",
+    "_beginthreadex",
+    "QueueUserWorkItem",
+    "TrySubmitThreadpoolCallback",
+    "CreateThreadpool",
+    "CreateThreadpoolWork",
+    "CreateThreadpoolTimer",
+    "CreateThreadpoolWait",
+    "CreateThreadpoolIo",
+    "CreateTimerQueueTimer",
+    "RtlCreateUserThread",
+    "RegisterWaitForSingleObject",
+    "CreateProcessA",
+    "CreateProcessW",
+    "WinExec",
+    "system",
+    "_wsystem",
+    "SHCreateThread",
+    "ShellExecuteExW",
+    "timeSetEvent",
+    "SetTimer",
 };
 const Names kWritesFiles = {
-    "CreateFileA",   "CreateFileW",   "CreateFile2",   "CreateFileMappingW", "WriteFile",  "WriteFileEx",
-    "DeleteFileA",   "DeleteFileW",   "MoveFileExA",   "MoveFileExW",        "CopyFileW",  "CreateDirectoryW",
-    "_open",         "_wopen",        "_sopen",        "_write",             "fopen",      "_wfopen",
-    "freopen",       "_fdopen",       "fputc",         "fputs",              "fputwc",     "fputws",
-    "fwrite",        "fprintf",       "vfprintf",      "fwprintf",           "printf",     "vprintf",
-    "puts",          "putc",          "putchar",       "WritePrivateProfileStringW", "ReplaceFileW",
+    "CreateFileA",  "CreateFileW",
+    "CreateFile2",  "CreateFileMappingW",
+    "WriteFile",    "WriteFileEx",
+    "DeleteFileA",  "DeleteFileW",
+    "MoveFileExA",  "MoveFileExW",
+    "CopyFileW",    "CreateDirectoryW",
+    "_open",        "_wopen",
+    "_sopen",       "_write",
+    "fopen",        "_wfopen",
+    "freopen",      "_fdopen",
+    "fputc",        "fputs",
+    "fputwc",       "fputws",
+    "fwrite",       "fprintf",
+    "vfprintf",     "fwprintf",
+    "printf",       "vprintf",
+    "puts",         "putc",
+    "putchar",      "WritePrivateProfileStringW",
+    "ReplaceFileW",
 };
-const Names kOpensSockets = {"ws2_32.dll",   "wsock32.dll", "mswsock.dll", "wininet.dll",
-                             "winhttp.dll",  "urlmon.dll",  "dnsapi.dll",  "iphlpapi.dll"};
+const Names kOpensSockets = {"ws2_32.dll",  "wsock32.dll", "mswsock.dll", "wininet.dll",
+                             "winhttp.dll", "urlmon.dll",  "dnsapi.dll",  "iphlpapi.dll"};
 
 // What the compiler's runtime and Boost.Thread bring along; no code of the product's calls these.
 const Names kBroughtByTheRuntime = {
@@ -83,7 +113,9 @@ protected:
     CModule m_product;
 };
 
-TEST_F(ProductImageTest, ItLoads) { EXPECT_TRUE(m_product); }
+TEST_F(ProductImageTest, ItLoads) {
+    EXPECT_TRUE(m_product);
+}
 
 TEST_F(ProductImageTest, ItUnloads) {
     m_product.Reset();
