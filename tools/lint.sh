@@ -35,7 +35,7 @@ check_tidy() {
   [ -e build/release/compile_commands.json ] || cmake --preset release >/dev/null
   local files=("$@") arguments
   # The sources that must not compile are no sources of the build.
-  [ $# -gt 0 ] || mapfile -t files <(git ls-files -- '*.cpp' ':!*Cases.cpp')
+  [ $# -gt 0 ] || mapfile -t files < <(git ls-files -- '*.cpp' ':!*Cases.cpp')
   mapfile -t arguments < <(clang_arguments)
   printf '%s\0' "${files[@]}" |
     xargs -0 -r -P "$(nproc)" -n 1 clang-tidy-14 --quiet -p build/release "${arguments[@]}" 2>&1 |
