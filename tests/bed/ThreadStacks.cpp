@@ -174,7 +174,7 @@ void CollectStoppedStack(ThreadStack& stack) {
         return;
     }
     CONTEXT context = {};
-    context.ContextFlags = CONTEXT_CONTROL | CONTEXT_INTEGER;
+    context.ContextFlags = CONTEXT_CONTROL | CONTEXT_INTEGER;  // NOLINT(misc-redundant-expression): flags of one family
     if (GetThreadContext(thread.Get(), &context)) {
         WalkStack(context, stack);
     }

@@ -52,6 +52,7 @@ TEST_F(FakeRuntimeTest, ServesManyThreadsAtOnce) {
         vm->DetachCurrentThread();
     };
     std::vector<std::thread> threads;
+    threads.reserve(8);
     for (int i = 0; i < 8; ++i) {
         threads.emplace_back(work);
     }

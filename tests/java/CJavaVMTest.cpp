@@ -187,6 +187,7 @@ TEST_F(CJavaVMTest, GetClassIsEmptyForANameThatWasNeverLoaded) {
 TEST_F(CJavaVMTest, ThreadsThatLoadOneClassGetOneObject) {
     std::vector<std::shared_ptr<CJavaClass>> loaded(8);
     std::vector<std::thread> threads;
+    threads.reserve(loaded.size());
     for (std::shared_ptr<CJavaClass>& mine : loaded) {
         threads.emplace_back([&mine] {
             ASSERT_EQ(VM().AttachCurrentThread(), 0);

@@ -37,7 +37,7 @@ TEST_F(CWideStringTest, HoldsEmbeddedZerosAndClosesWithOne) {
 
 TEST_F(CWideStringTest, CopiesShareOneBuffer) {
     const CWideString text(L"shared");
-    const CWideString copy(text);
+    const CWideString copy(text);  // NOLINT(performance-unnecessary-copy-initialization): the copy is the matter
 
     EXPECT_EQ(copy.GetText(), text.GetText());
     EXPECT_EQ(CResourceLedger::Get().Count().heapBlocks, 1);
@@ -158,6 +158,7 @@ TEST_F(CWideStringTest, ExhaustedMemoryLeavesTheTextAsItWas) {
 TEST_F(CWideStringTest, ThreadsMayCopyAndDropOneSharedBuffer) {
     const CWideString text(L"shared by all");
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([copy = text] {
             for (int round = 0; round < 10'000; ++round) {
