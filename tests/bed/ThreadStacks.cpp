@@ -199,7 +199,7 @@ std::vector<ThreadStack> ListThreads() {
 /// One written line, cut off where it grows too long. Straight to the handle: the stream's lock may be held.
 class COutputLine {
 public:
-    [[gnu::format(gnu_printf, 2, 3)]] void Append(const char* format, ...) {
+    void Append(const char* format, ...) {
         va_list arguments;
         va_start(arguments, format);
         std::vsnprintf(m_text + m_length, sizeof(m_text) - m_length, format, arguments);
