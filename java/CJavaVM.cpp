@@ -91,15 +91,17 @@ void CJavaVM::Shutdown(bool destroy) noexcept {
     }
 
     m_classes.clear();  // before the environments: a class releases its reference through one
-    {
-        const CCriticalSectionLock lock(m_envLock);
-        m_envs.clear();
-    }
+    ForgetEnvs();
     JavaVM* const vm = m_vm.exchange(nullptr);
     if (vm && destroy) {
         vm->DestroyJavaVM();
     }
     m_library.Reset();
+}
+
+void CJavaVM::Abandon() noexcept {
+    m_vm = nullptr;
+    ForgetEnvs();
 }
 
 JNIEnv* CJavaVM::GetEnv() const noexcept {
@@ -153,6 +155,11 @@ long CJavaVM::DetachCurrentThread() noexcept {
 void CJavaVM::RememberEnv(JNIEnv* env) {
     const CCriticalSectionLock lock(m_envLock);
     m_envs[GetCurrentThreadId()] = env;
+}
+
+void CJavaVM::ForgetEnvs() noexcept {
+    const CCriticalSectionLock lock(m_envLock);
+    m_envs.clear();
 }
 
 std::shared_ptr<CJavaString> CJavaVM::NewString(const std::wstring& text) {

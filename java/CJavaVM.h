@@ -50,6 +50,10 @@ public:
     /// else may be loading or looking up classes. When the process is ending, nothing is called or freed.
     void Shutdown(bool destroy) noexcept;
 
+    /// Drops the machine and the environments without calling Java, so that every wrapper that is left falls silently;
+    /// the machine is left running. For an owner that dies where Java must not be called.
+    void Abandon() noexcept;
+
     /// The calling thread's environment; null when this object has not attached it, or after Shutdown.
     [[nodiscard]] JNIEnv* GetEnv() const noexcept;
     /// The same for destructors that release references: null also when the process is ending.
@@ -80,6 +84,7 @@ private:
     [[nodiscard]] long LoadLibraryIfNeeded();
     [[nodiscard]] long StartMachine(std::vector<std::string>& options);
     void RememberEnv(JNIEnv* env);
+    void ForgetEnvs() noexcept;
 
     const std::wstring m_binDirectory;
     const std::wstring m_libraryPath;
