@@ -1,6 +1,7 @@
 # How this project makes its test programs.
 
 find_program(JAVAC javac REQUIRED)
+find_program(JAR jar REQUIRED)
 
 # The path of a file as the programs under test see it: Wine shows the build machine's files on drive Z.
 function(telvar_windows_path output path)

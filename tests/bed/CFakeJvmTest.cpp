@@ -1,35 +1,14 @@
 #include "CFakeJvmTest.h"
 
-#include <windows.h>
-
-#include <jni.h>
-
-#include <stdexcept>
-
+#include "LoadedFakeRuntime.h"
 #include "TestPaths.h"
-
-namespace {
-
-/// Loads the library for the length of the program, so that its control surface outlives every machine.
-IFakeRuntime* LoadFakeRuntime() {
-    const HMODULE library = LoadLibraryW((std::wstring(TestPaths::kFakeRuntime) + TestPaths::kLibrary).c_str());
-    auto* const getRuntime = reinterpret_cast<GetFakeRuntimeFunction>(
-        reinterpret_cast<void*>(library ? GetProcAddress(library, kGetFakeRuntime) : nullptr));
-    if (!getRuntime) {
-        throw std::runtime_error("the fake Java runtime cannot be loaded");
-    }
-    return getRuntime();
-}
-
-}  // namespace
 
 void CFakeJvmTest::SetUpTestSuite() {
     static_cast<void>(Fake());  // loaded before the first account is taken
 }
 
 IFakeRuntime& CFakeJvmTest::Fake() {
-    static IFakeRuntime* const runtime = LoadFakeRuntime();
-    return *runtime;
+    return LoadedFakeRuntime();
 }
 
 void CFakeJvmTest::SetUp() {

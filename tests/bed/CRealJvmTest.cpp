@@ -51,7 +51,8 @@ void StartSharedMachine() {
 }  // namespace
 
 std::vector<std::string> MakeTestOptions() {
-    return {std::string("-Djava.class.path=") + TestPaths::kTestClasses, "-Xrs", "-Xmx100M"};
+    return {std::string("-Djava.class.path=") + TestPaths::kTestClasses + ";" + TestPaths::kContractArchive, "-Xrs",
+            "-Xmx100M"};
 }
 
 void RunOnNewThread(const std::function<void()>& work) {

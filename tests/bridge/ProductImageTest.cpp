@@ -75,7 +75,8 @@ const Names kBroughtByTheRuntime = {
     "vfprintf",        // the start-up code's complaint of a bad relocation
 };
 
-const Names kSystemLibraries = {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ntdll.dll", "ole32.dll", "oleaut32.dll"};
+const Names kSystemLibraries = {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ntdll.dll",
+                                "ole32.dll",    "oleaut32.dll", "shlwapi.dll"};
 
 class ProductImageTest : public CLeakCheckedTest {
 protected:
