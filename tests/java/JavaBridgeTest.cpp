@@ -1,8 +1,5 @@
 #include "JavaBridge.h"
 
-#include <filesystem>
-#include <fstream>
-
 #include "BindingTable.h"
 #include "CAgentRegistry.h"
 #include "CHostedTest.h"
@@ -11,7 +8,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
 using Texts = std::vector<std::wstring>;
 
 /// The start of the Java side, on the fake runtime, every step of which can be made to fail.
