@@ -44,9 +44,15 @@ check_tidy() {
 }
 
 case ${1:-all} in
-  all) check_format && check_tidy ;;
+  all)
+    check_format
+    check_tidy
+    ;;
   format) check_format "${2:-}" ;;
-  tidy) shift; check_tidy "$@" ;;
+  tidy)
+    shift
+    check_tidy "$@"
+    ;;
   *) say "unknown check '$1' (known: format, tidy)" >&2; exit 2 ;;
 esac
 say "clean"

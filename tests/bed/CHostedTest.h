@@ -37,9 +37,7 @@ protected:
     void Unregister() { m_registration.reset(); }
 
     /// The host's logger as the library holds it.
-    [[nodiscard]] CBridgeLog MakeLog() {
-        return CBridgeLog(MakeLogger(m_host->ShareRecord(), m_log).Get());
-    }
+    [[nodiscard]] CBridgeLog MakeLog() { return CBridgeLog(MakeLogger(m_host->ShareRecord(), m_log).Get()); }
 
     /// What the host's logger was told, a text each: "error: Failed ...".
     [[nodiscard]] std::vector<std::wstring> Logged() {
