@@ -9,7 +9,9 @@
 #elif CASE == 3
 #include "boost/version.hpp"
 #elif CASE == 4
-#include "InterfaceMarshalling.h"
+#include "CRMICommManagerImpl.h"
 #elif CASE == 5
 #include "linux/version.h"  // there on every build machine: the C library brings it
+#elif CASE == 6
+#include "ProductName.h"
 #endif
