@@ -294,6 +294,8 @@ TEST_F(JavaBridgeTest, AnAbandonedBridgeCallsNothing) {
 
     EXPECT_EQ(Fake().GetCallLogSize(), calls);
     EXPECT_EQ(bridge.vm, nullptr);
+    EXPECT_EQ(bridge.messageClient, nullptr) << "it must not outlive its machine's wrapper";
+    EXPECT_EQ(bridge.loggerFactory, nullptr);
     EXPECT_EQ(Fake().GetMachinesAlive(), 1);
 }
 

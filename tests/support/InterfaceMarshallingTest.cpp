@@ -189,6 +189,29 @@ TEST_F(InterfaceMarshallingTest, ARegistryThatRefusesNewKeysGivesTheThreadsLastE
     EXPECT_EQ(DefaultOf(L"ProxyStubClsid"), L"missing");
 }
 
+LSTATUS g_queryStatus;
+LSTATUS WINAPI AnswerQuery(HKEY, const wchar_t*, DWORD*, DWORD*, BYTE*, DWORD*) {
+    return g_queryStatus;
+}
+
+TEST_F(InterfaceMarshallingTest, OnlyTheAnswersThatNameNothingFoundLeadToAWrite) {
+    struct Case {
+        LSTATUS status;
+        const wchar_t* stored;
+    };
+    const Case cases[] = {
+        {ERROR_ACCESS_DENIED, L"missing"}, {ERROR_MORE_DATA, L"missing"}, {ERROR_NOT_FOUND, m_registered.c_str()}};
+    for (const Case& c : cases) {
+        g_queryStatus = c.status;
+        {
+            const CImportHook hook(GetModuleHandleW(nullptr), "RegQueryValueExW", AddressOf(&AnswerQuery));
+            EXPECT_EQ(RegisterInterfaceMarshalling(kTestInterface), S_OK) << c.status;
+        }
+        EXPECT_EQ(DefaultOf(L"ProxyStubClsid"), c.stored) << c.status;
+        EXPECT_EQ(DefaultOf(L"ProxyStubClsid32"), c.stored) << c.status;
+    }
+}
+
 TEST_F(InterfaceMarshallingTest, AFailedWriteGivesItsErrorAndEndsTheRegistration) {
     MakeKey(KeyPath(L"ProxyStubClsid"));
     {
