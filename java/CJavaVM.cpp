@@ -3,7 +3,7 @@
 #include <limits>
 #include <utility>
 
-#include "CHresultException.h"
+#include "ThrowResult.h"
 #include "CJavaClass.h"
 #include "CJavaLocalRef.h"
 #include "CJavaString.h"
@@ -146,10 +146,14 @@ long CJavaVM::DetachCurrentThread() noexcept {
     }
     const jint result = vm->DetachCurrentThread();
     if (result == JNI_OK) {
-        const CCriticalSectionLock lock(m_envLock);
-        m_envs.erase(GetCurrentThreadId());
+        ForgetCurrentThread();
     }
     return result;
+}
+
+void CJavaVM::ForgetCurrentThread() noexcept {
+    const CCriticalSectionLock lock(m_envLock);
+    m_envs.erase(GetCurrentThreadId());
 }
 
 void CJavaVM::RememberEnv(JNIEnv* env) {

@@ -65,6 +65,10 @@ public:
     /// error code, the thread's environment staying known then; JNI_ERR without a machine.
     long DetachCurrentThread() noexcept;
 
+    /// Drops what is known of the calling thread without calling Java: for a thread that this object has not attached,
+    /// though one of the same id that ended undetached was.
+    void ForgetCurrentThread() noexcept;
+
     /// A Java string of all of `text`, embedded zeros included, by a local reference of the calling thread's. Empty on
     /// failure, a Java exception then pending.
     [[nodiscard]] std::shared_ptr<CJavaString> NewString(const std::wstring& text);

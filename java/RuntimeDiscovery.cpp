@@ -5,7 +5,7 @@
 #include "AgentRegistry.h"
 #include "CConversionBuffer.h"
 #include "CFindFile.h"
-#include "CHresultException.h"
+#include "ThrowResult.h"
 
 namespace {
 

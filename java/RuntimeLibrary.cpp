@@ -1,6 +1,6 @@
 #include "RuntimeLibrary.h"
 
-#include "CHresultException.h"
+#include "ThrowResult.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cwchar>
 
-#include "CHresultException.h"
+#include "ThrowResult.h"
 #include "SystemHandles.h"
 
 namespace {

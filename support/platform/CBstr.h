@@ -25,4 +25,6 @@ public:
 
     /// The text by its stored length; empty for null. Valid as long as this owner holds the BSTR.
     [[nodiscard]] std::wstring_view GetView() const noexcept;
+    /// The text up to its first zero, for a format's `%s`; never null.
+    [[nodiscard]] const wchar_t* GetText() const noexcept { return Get() ? Get() : L""; }
 };

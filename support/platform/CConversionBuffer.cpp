@@ -4,7 +4,7 @@
 #include <cwchar>
 #include <limits>
 
-#include "CHresultException.h"
+#include "ThrowResult.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "CCriticalSection.h"
 
-#include "CHresultException.h"
+#include "ThrowResult.h"
 
 namespace {
 constexpr DWORD kSpinCount = 0;

@@ -3,7 +3,7 @@
 #include <limits>
 #include <new>
 
-#include "CHresultException.h"
+#include "ThrowResult.h"
 #include "ProcessHeap.h"
 
 CStringData* CStringManager::Allocate(std::size_t capacity) {

@@ -8,7 +8,7 @@
 #include <cwchar>
 #include <utility>
 
-#include "CHresultException.h"
+#include "ThrowResult.h"
 #include "ProcessHeap.h"
 
 CWideString::CWideString(CStringManager* manager) : m_manager(manager) {

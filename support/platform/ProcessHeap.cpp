@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "CHresultException.h"
+#include "ThrowResult.h"
 
 void* AllocateFromProcessHeap(std::size_t count, std::size_t elementSize) noexcept {
     if (elementSize != 0 && count > std::numeric_limits<std::size_t>::max() / elementSize) {

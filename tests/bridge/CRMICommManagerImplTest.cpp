@@ -3,6 +3,7 @@
 #include "BindingTable.h"
 #include "CAgentRegistry.h"
 #include "CHostedTest.h"
+#include "CThreadSlots.h"
 #include "CRegisteredServer.h"
 #include "LoadedFakeRuntime.h"
 #include "TestPaths.h"
@@ -38,10 +39,11 @@ protected:
     long CountFetches() { return Host().Record().CountCalls(kGetHostObject); }
 
     std::unique_ptr<CAgentRegistry> m_registry;
+    CThreadSlots m_slots;
 };
 
 TEST_F(CRMICommManagerImplTest, TheHostsObjectsAreFetchedAndTheJavaSideStarted) {
-    CRMICommManagerImpl manager;
+    CRMICommManagerImpl manager(m_slots);
 
     EXPECT_EQ(manager.Initialize(), S_OK);
 
@@ -53,7 +55,7 @@ TEST_F(CRMICommManagerImplTest, TheHostsObjectsAreFetchedAndTheJavaSideStarted) 
 
 TEST_F(CRMICommManagerImplTest, AHostWithoutALoggerObjectFailsTheStartWithoutAWord) {
     Host().Services().SetResult(IHostLogger::kId, E_ACCESSDENIED);
-    CRMICommManagerImpl manager;
+    CRMICommManagerImpl manager(m_slots);
 
     EXPECT_EQ(manager.Initialize(), E_ACCESSDENIED);
 
@@ -64,7 +66,7 @@ TEST_F(CRMICommManagerImplTest, AHostWithoutALoggerObjectFailsTheStartWithoutAWo
 
 TEST_F(CRMICommManagerImplTest, AHostThatGivesNoLoggerIsServedWithoutALog) {
     Host().Services().Set(IHostLogger::kId, nullptr);
-    CRMICommManagerImpl manager;
+    CRMICommManagerImpl manager(m_slots);
 
     EXPECT_EQ(manager.Initialize(), S_OK);
 
@@ -76,17 +78,17 @@ TEST_F(CRMICommManagerImplTest, AHostThatGivesNoLoggerIsServedWithoutALog) {
 TEST_F(CRMICommManagerImplTest, WithoutALoggerAFailureGivesTheSameResult) {
     Host().Services().Set(IHostLogger::kId, nullptr);
     Host().Services().SetResult(ISystemInfo::kId, E_ACCESSDENIED);
-    EXPECT_EQ(CRMICommManagerImpl().Initialize(), E_ACCESSDENIED);
+    EXPECT_EQ(CRMICommManagerImpl(m_slots).Initialize(), E_ACCESSDENIED);
 
     Host().Services().SetResult(ISystemInfo::kId, S_OK);
     Host().Services().Set(ISystemInfo::kId, MakeSystemInfo(Host().ShareRecord(), {}).Get());
     Fake().RemoveClass(Binding::BaseMetric::kClass);
-    EXPECT_EQ(CRMICommManagerImpl().Initialize(), E_FAIL);
+    EXPECT_EQ(CRMICommManagerImpl(m_slots).Initialize(), E_FAIL);
 }
 
 TEST_F(CRMICommManagerImplTest, AHostWithoutSystemInformationFailsTheStart) {
     Host().Services().SetResult(ISystemInfo::kId, E_ACCESSDENIED);
-    CRMICommManagerImpl manager;
+    CRMICommManagerImpl manager(m_slots);
 
     EXPECT_EQ(manager.Initialize(), E_ACCESSDENIED);
 
@@ -98,7 +100,7 @@ TEST_F(CRMICommManagerImplTest, AHostWithoutSystemInformationFailsTheStart) {
 
 TEST_F(CRMICommManagerImplTest, AHostThatGivesNoSystemInformationFailsTheStart) {
     Host().Services().Set(ISystemInfo::kId, nullptr);
-    CRMICommManagerImpl manager;
+    CRMICommManagerImpl manager(m_slots);
 
     EXPECT_EQ(manager.Initialize(), E_POINTER);
     EXPECT_EQ(Logged(),
@@ -109,13 +111,13 @@ TEST_F(CRMICommManagerImplTest, AHostThatGivesNoSystemInformationFailsTheStart) 
 TEST_F(CRMICommManagerImplTest, WithoutTheServiceObjectTheStartFailsWithComsError) {
     const CServerRegistrationLock nobodyRegisters;
     Unregister();
-    CRMICommManagerImpl manager;
+    CRMICommManagerImpl manager(m_slots);
 
     EXPECT_EQ(manager.Initialize(), REGDB_E_CLASSNOTREG);
 }
 
 TEST_F(CRMICommManagerImplTest, ASecondStartAfterASuccessReturnsZeroAndDoesNothing) {
-    CRMICommManagerImpl manager;
+    CRMICommManagerImpl manager(m_slots);
     ASSERT_EQ(manager.Initialize(), S_OK);
     const long calls = Fake().GetCallLogSize();
     const std::size_t logged = Logged().size();
@@ -130,7 +132,7 @@ TEST_F(CRMICommManagerImplTest, ASecondStartAfterASuccessReturnsZeroAndDoesNothi
 
 TEST_F(CRMICommManagerImplTest, ASecondStartAfterAFailedMachineReturnsZeroAndDoesNothing) {
     Fake().SetCreateResult(JNI_ENOMEM);
-    CRMICommManagerImpl manager;
+    CRMICommManagerImpl manager(m_slots);
     ASSERT_EQ(manager.Initialize(), E_FAIL);
     Fake().SetCreateResult(JNI_OK);
 
@@ -140,7 +142,7 @@ TEST_F(CRMICommManagerImplTest, ASecondStartAfterAFailedMachineReturnsZeroAndDoe
 
 TEST_F(CRMICommManagerImplTest, AStartAfterAHostObjectFailedFetchesWhatIsMissingAlone) {
     Host().Record().Fail(kGetHostObject, 2, E_ACCESSDENIED);
-    CRMICommManagerImpl manager;
+    CRMICommManagerImpl manager(m_slots);
     ASSERT_EQ(manager.Initialize(), E_ACCESSDENIED);
 
     EXPECT_EQ(manager.Initialize(), S_OK);
@@ -151,7 +153,7 @@ TEST_F(CRMICommManagerImplTest, AStartAfterAHostObjectFailedFetchesWhatIsMissing
 TEST_F(CRMICommManagerImplTest, WhatAFailedStartLeftBehindIsReleasedWithTheManager) {
     Fake().RemoveClass(Binding::HashMap::kClass);
     {
-        CRMICommManagerImpl manager;
+        CRMICommManagerImpl manager(m_slots);
         ASSERT_EQ(manager.Initialize(), E_FAIL);
         Host().Record().ClearCalls();
     }
@@ -160,7 +162,7 @@ TEST_F(CRMICommManagerImplTest, WhatAFailedStartLeftBehindIsReleasedWithTheManag
 }
 
 TEST_F(CRMICommManagerImplTest, TheManagersEndCallsNoJava) {
-    auto manager = std::make_unique<CRMICommManagerImpl>();
+    auto manager = std::make_unique<CRMICommManagerImpl>(m_slots);
     ASSERT_EQ(manager->Initialize(), S_OK);
     const long calls = Fake().GetCallLogSize();
 
@@ -170,7 +172,7 @@ TEST_F(CRMICommManagerImplTest, TheManagersEndCallsNoJava) {
 }
 
 TEST_F(CRMICommManagerImplTest, DisposingTwiceDisposesTheClientOnce) {
-    CRMICommManagerImpl manager;
+    CRMICommManagerImpl manager(m_slots);
     ASSERT_EQ(manager.Initialize(), S_OK);
 
     manager.Dispose();
@@ -186,7 +188,7 @@ TEST_F(CRMICommManagerImplTest, EachCallOfTheHostsMayFail) {
         Fake().Reset();
         const long before = Host().Record().CountFiredFaults();
         Host().Record().Fail("*", nth, E_ACCESSDENIED);
-        CRMICommManagerImpl manager;
+        CRMICommManagerImpl manager(m_slots);
 
         const long started = manager.Initialize();
 

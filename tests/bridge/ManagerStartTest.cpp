@@ -4,6 +4,7 @@
 #include "BindingTable.h"
 #include "CAgentRegistry.h"
 #include "CHostedTest.h"
+#include "CThreadSlots.h"
 #include "CRMICommManagerImpl.h"
 #include "TestPaths.h"
 
@@ -43,10 +44,11 @@ protected:
     }
 
     std::unique_ptr<CAgentRegistry> m_registry;
+    CThreadSlots m_slots;
 };
 
 TEST_F(ManagerStartTest, TheRealMachineStartsWithTheContractsClasses) {
-    CRMICommManagerImpl manager;
+    CRMICommManagerImpl manager(m_slots);
 
     EXPECT_EQ(Start(manager), S_OK);
 
@@ -63,20 +65,20 @@ TEST_F(ManagerStartTest, TheRealMachineStartsWithTheContractsClasses) {
 }
 
 TEST_F(ManagerStartTest, ADisposedManagersMachineStaysInTheProcess) {
-    CRMICommManagerImpl manager;
+    CRMICommManagerImpl manager(m_slots);
     ASSERT_EQ(Start(manager), S_OK);
 
     manager.Dispose();
 
     EXPECT_NE(GetModuleHandleW(L"jvm.dll"), nullptr);
-    CRMICommManagerImpl second;
+    CRMICommManagerImpl second(m_slots);
     EXPECT_EQ(second.Initialize(), E_FAIL) << "the runtime refuses a second machine";
     EXPECT_EQ(Logged().back(), L"error: Failed to create a Java virtual machine instance." + ErrorText(JNI_EEXIST));
 }
 
 TEST_F(ManagerStartTest, WithoutAClassPathTheFirstClassesAreMissing) {
     m_registry->SetAgentText(L"ClassPath", L"C:\\no such folder");
-    CRMICommManagerImpl manager;
+    CRMICommManagerImpl manager(m_slots);
 
     EXPECT_EQ(Start(manager), E_FAIL);
 
@@ -89,11 +91,11 @@ TEST_F(ManagerStartTest, WithoutAClassPathTheFirstClassesAreMissing) {
 
 TEST_F(ManagerStartTest, AManagerThatDiesWithItsMachineUpLeavesItRunning) {
     {
-        CRMICommManagerImpl manager;
+        CRMICommManagerImpl manager(m_slots);
         ASSERT_EQ(Start(manager), S_OK);
     }
 
-    CRMICommManagerImpl second;
+    CRMICommManagerImpl second(m_slots);
     EXPECT_EQ(second.Initialize(), E_FAIL);
     EXPECT_EQ(Logged().back(), L"error: Failed to create a Java virtual machine instance." + ErrorText(JNI_EEXIST));
 }
@@ -110,7 +112,7 @@ TEST_F(ManagerStartTest, AClassPathOfManyArchivesWithBlanksAndAccentsIsSearched)
     }
     fs::copy_file(archive, folder / "the contract.jar");
     m_registry->SetAgentText(L"ClassPath", folder.wstring());
-    CRMICommManagerImpl manager;
+    CRMICommManagerImpl manager(m_slots);
 
     EXPECT_EQ(Start(manager), S_OK);
 

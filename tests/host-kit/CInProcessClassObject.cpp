@@ -2,7 +2,7 @@
 
 #include <objbase.h>
 
-#include "CHresultException.h"
+#include "ThrowResult.h"
 #include "ServiceClass.h"
 
 CInProcessClassObject::CInProcessClassObject(IUnknown* classObject) {

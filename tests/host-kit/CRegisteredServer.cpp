@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "CHresultException.h"
+#include "ThrowResult.h"
 #include "HostKitPaths.h"
 #include "ServiceClass.h"
 #include "server/HostKitServer.h"

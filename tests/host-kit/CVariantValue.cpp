@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "CBstr.h"
-#include "CHresultException.h"
+#include "ThrowResult.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "CBstr.h"
-#include "CHresultException.h"
+#include "ThrowResult.h"
 #include "CUniqueHandle.h"
 #include "NetworkRecordInfo.h"
 

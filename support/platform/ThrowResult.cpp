@@ -1,4 +1,4 @@
-#include "CHresultException.h"
+#include "ThrowResult.h"
 
 HRESULT LastErrorResult() noexcept {
     const auto code = static_cast<LONG>(GetLastError());

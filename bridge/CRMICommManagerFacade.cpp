@@ -1,0 +1,52 @@
+#include "CRMICommManagerFacade.h"
+
+#include <memory>
+
+#include "CConversionBuffer.h"
+#include "CRMICommManagerImpl.h"
+#include "CThreadSlots.h"
+
+CRMICommManagerFacade::~CRMICommManagerFacade() {
+    m_slots.RunCleaner();
+    const std::unique_ptr<CRMICommManagerImpl> impl(m_impl.exchange(nullptr));
+}
+
+CRMICommManagerImpl& CRMICommManagerFacade::GetImpl() {
+    if (CRMICommManagerImpl* const impl = m_impl) {
+        return *impl;
+    }
+    const CCriticalSectionLock lock(m_creationLock);
+    if (CRMICommManagerImpl* const impl = m_impl) {
+        return *impl;
+    }
+    auto made = std::make_unique<CRMICommManagerImpl>(m_slots);
+    CRMICommManagerImpl& impl = *made;
+    const std::unique_ptr<CRMICommManagerImpl> earlier(m_impl.exchange(made.release()));
+    return impl;
+}
+
+template <>
+long CRMICommManager::DumpData<IUnknown>(const wchar_t* url, const wchar_t* authToken, const wchar_t* certificate,
+                                         unsigned __int64 id, unsigned char type, IUnknown* data) {
+    CRMICommManagerImpl& impl = static_cast<CRMICommManagerFacade*>(this)->GetImpl();
+    return impl.DumpData<IUnknown>(url, authToken, certificate, id, type, data);
+}
+
+// The texts are copied before anything else: the call may wait for a long one on another thread.
+long CRMICommManager::RegisterDataDumpCallback(const wchar_t* url, const wchar_t* authToken, const wchar_t* certificate,
+                                               IDataDumpCallback* callback) {
+    const CWideCopy urlCopy(url);
+    const CWideCopy authTokenCopy(authToken);
+    const CWideCopy certificateCopy(certificate);
+    CRMICommManagerImpl& impl = static_cast<CRMICommManagerFacade*>(this)->GetImpl();
+    return impl.RegisterDataDumpCallback(urlCopy.Get(), authTokenCopy.Get(), certificateCopy.Get(), callback);
+}
+
+long CRMICommManager::UnregisterDataDumpCallback(const wchar_t* url, const wchar_t* authToken,
+                                                 const wchar_t* certificate, IDataDumpCallback* callback) {
+    const CWideCopy urlCopy(url);
+    const CWideCopy authTokenCopy(authToken);
+    const CWideCopy certificateCopy(certificate);
+    CRMICommManagerImpl& impl = static_cast<CRMICommManagerFacade*>(this)->GetImpl();
+    return impl.UnregisterDataDumpCallback(urlCopy.Get(), authTokenCopy.Get(), certificateCopy.Get(), callback);
+}

@@ -1,0 +1,24 @@
+#include "CJNIConvertor.h"
+
+namespace {
+
+constexpr wchar_t kNoString[] = L"Failed to create a new Java string for %s.  %s";
+constexpr wchar_t kNoSecretString[] = L"Failed to create a new Java string.  %s";
+
+}  // namespace
+
+std::shared_ptr<CJavaString> CJNIConvertor::NewJavaString(const std::shared_ptr<CJavaVM>& vm, const std::wstring& text,
+                                                          bool hideValue) const {
+    std::shared_ptr<CJavaString> string = vm->NewString(text);
+    if (string) {
+        return string;
+    }
+    std::wstring exceptionText;
+    static_cast<void>(vm->GetJavaException(exceptionText));
+    if (hideValue) {
+        m_log.Error(kNoSecretString, exceptionText.c_str());
+    } else {
+        m_log.Error(kNoString, text.c_str(), exceptionText.c_str());
+    }
+    return {};
+}

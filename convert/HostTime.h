@@ -1,0 +1,17 @@
+#pragma once
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <cstdint>
+
+#include "CWideString.h"
+
+/// Whole seconds from 1970-01-01 to a host's time, which is taken as UTC. A time before that wraps to a very large
+/// number, and one that is no date counts as the year 1601 and so wraps as well: Java's side knows these numbers.
+[[nodiscard]] std::uint64_t DateToUnixSeconds(DATE date) noexcept;
+
+/// A sample's time as messages name it: the locale's date and time, or "Invalid DateTime".
+/// Throws CHresultException when memory is exhausted.
+[[nodiscard]] CWideString FormatSampleTime(DATE time);
