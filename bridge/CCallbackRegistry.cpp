@@ -4,6 +4,13 @@
 
 #include "CConversionBuffer.h"
 
+CCallbackRegistry::~CCallbackRegistry() {
+    while (!m_callbacks.empty()) {
+        // Out of the map before its callbacks are released: what they do then finds the map whole.
+        const auto removed = m_callbacks.extract(m_callbacks.begin());
+    }
+}
+
 void CCallbackRegistry::Register(const ServerConfig& server, IDataDumpCallback* callback) {
     if (!callback) {
         return;
@@ -44,7 +51,10 @@ HRESULT CCallbackRegistry::CallCallback(const ServerConfig& server, DataType typ
     while (callback) {
         const CWideCopy copy(text);
         static_cast<void>(callback->OnDataDump(type, copy.Get()));
-        callback = FindNext(told, callback.Get());
+        // Let go before the next one is looked up: a last release runs the host's code, which may unregister that one.
+        const IDataDumpCallback* const previous = callback.Get();
+        callback.Reset();
+        callback = FindNext(told, previous);
     }
     return S_OK;
 }

@@ -17,6 +17,12 @@
 /// consistent whenever one is called or released.
 class CCallbackRegistry {
 public:
+    CCallbackRegistry() = default;
+    ~CCallbackRegistry();
+
+    CCallbackRegistry(const CCallbackRegistry&) = delete;
+    CCallbackRegistry& operator=(const CCallbackRegistry&) = delete;
+
     /// References `callback` once however often it is registered under one server; null changes nothing.
     /// Throws std::bad_alloc, nothing being changed then.
     void Register(const ServerConfig& server, IDataDumpCallback* callback);

@@ -8,7 +8,9 @@
 
 CRMICommManagerFacade::~CRMICommManagerFacade() {
     m_slots.RunCleaner();
-    const std::unique_ptr<CRMICommManagerImpl> impl(m_impl.exchange(nullptr));
+    // More than once where a callback's last release calls in, and so makes another manager.
+    while (const std::unique_ptr<CRMICommManagerImpl> impl{m_impl.exchange(nullptr)}) {
+    }
 }
 
 CRMICommManagerImpl& CRMICommManagerFacade::GetImpl() {

@@ -9,7 +9,8 @@
 #include "JavaThreadDetacher.h"
 
 /// What the library has to do when one of the host's threads ends, kept with the thread: dispose the manager at the end
-/// of the thread that initialised it, detach every other thread from Java. Any thread may call; each sees its own slots.
+/// of the thread that initialised it, detach every other thread from Java. Any thread may call; each sees its own
+/// slots.
 ///
 /// Threads that are killed (TerminateThread), and those still running when the library is unloaded, are not cleaned up.
 class CThreadSlots {

@@ -11,5 +11,6 @@
 ///     ... Enum2String(Enum) [with Enum = DataType; Enum N = eSample]           GCC's
 ///
 /// For a value without an enumerator the one writes a hexadecimal literal, the other a cast of a decimal one; both
-/// become lower-case hexadecimal with "0x" and without leading zeros. Throws CHresultException when memory is exhausted.
+/// become lower-case hexadecimal with "0x" and without leading zeros. Throws CHresultException when memory is
+/// exhausted.
 [[nodiscard]] CWideString CutEnumeratorName(std::string_view signature);

@@ -6,25 +6,32 @@
 #include "CThreadSlots.h"
 #include "CUnloadedObject.h"
 
+// Of the C++ runtime, in none of its headers: for programs that count what is left at their end, as we do at an unload.
+namespace __gnu_cxx {
+void __freeres();  // NOLINT(bugprone-reserved-identifier)
+}
+
 namespace {
 
-/// Gives back what Boost holds: the unloading thread's block and the index of its storage.
-struct BoostThreadEnd {
-    BoostThreadEnd() = default;
-    ~BoostThreadEnd() {
+/// Gives back what Boost and the C++ runtime, of which this library has its own, hold to the end: the unloading
+/// thread's block, the index of its storage, and the memory set aside for throwing where there is no other.
+struct RuntimeEnd {
+    RuntimeEnd() = default;
+    ~RuntimeEnd() {
         boost::on_thread_exit();
         boost::on_process_exit();
+        __gnu_cxx::__freeres();
     }
 
-    BoostThreadEnd(const BoostThreadEnd&) = delete;
-    BoostThreadEnd& operator=(const BoostThreadEnd&) = delete;
+    RuntimeEnd(const RuntimeEnd&) = delete;
+    RuntimeEnd& operator=(const RuntimeEnd&) = delete;
 };
 
 /// They go in the reverse of this order. The facade has the unloading thread's cleaner run and gives Java up; only then
 /// go the slots, so that a detacher of that thread's finds no machine: detaching would wait for Java's list of threads
 /// under the loader lock.
 struct LibraryStatics {
-    BoostThreadEnd boostThreadEnd;
+    RuntimeEnd runtimeEnd;
     CThreadSlots slots;
     CRMICommManagerFacade facade{slots};
 };

@@ -9,8 +9,8 @@
 
 /// Who sends a data item.
 struct MachineIdentity {
-    std::wstring id;                ///< the machine's, or that of the component that takes its place
-    std::wstring virtualMachineId;  ///< a secret
+    std::wstring id;                  ///< the machine's, or that of the component that takes its place
+    std::wstring virtualMachineId;    ///< a secret
     HRESULT componentsResult = S_OK;  ///< of the request for the component identities, whatever came of it
 };
 

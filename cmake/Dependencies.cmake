@@ -35,5 +35,7 @@ set(boost_thread_sources ${BOOST_ROOT_DIR}/libs/thread/src/win32)
 add_library(boost_thread STATIC ${boost_thread_sources}/thread.cpp ${boost_thread_sources}/tss_dll.cpp
             ${boost_thread_sources}/tss_pe.cpp ${boost_thread_sources}/thread_primitives.cpp)
 target_compile_definitions(boost_thread PRIVATE BOOST_THREAD_BUILD_LIB PUBLIC BOOST_THREAD_USE_LIB)
-target_compile_options(boost_thread PRIVATE -w -ffunction-sections -fdata-sections)
+# Its function-local statics are made while the image loads, on one thread: guarding them would have the thread support
+# library set up a thread and a lock of its own, which it never gives back at an unload.
+target_compile_options(boost_thread PRIVATE -w -ffunction-sections -fdata-sections -fno-threadsafe-statics)
 target_link_libraries(boost_thread PUBLIC boost_headers)

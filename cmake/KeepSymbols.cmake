@@ -13,6 +13,8 @@ set(folder ${SYMBOLS}/${CMAKE_MATCH_1})
 file(MAKE_DIRECTORY ${folder})
 file(COPY ${MAP} DESTINATION ${folder})
 
+# objcopy would write the time into the image, and no two builds were the same any more.
+set(ENV{SOURCE_DATE_EPOCH} 0)
 foreach(arguments "--only-keep-debug;${IMAGE};${folder}/${name}.debug" "--strip-all;${IMAGE}"
         "--add-gnu-debuglink=${folder}/${name}.debug;${IMAGE}")
   execute_process(COMMAND ${OBJCOPY} ${arguments} RESULT_VARIABLE result)

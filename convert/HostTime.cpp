@@ -17,8 +17,8 @@ std::uint64_t DateToUnixSeconds(DATE date) noexcept {
     FILETIME fileTime{};
     static_cast<void>(VariantTimeToSystemTime(date, &systemTime));
     static_cast<void>(SystemTimeToFileTime(&systemTime, &fileTime));
-    const std::uint64_t ticks =
-        (static_cast<std::uint64_t>(fileTime.dwHighDateTime) << 32) | static_cast<std::uint64_t>(fileTime.dwLowDateTime);
+    const std::uint64_t ticks = (static_cast<std::uint64_t>(fileTime.dwHighDateTime) << 32) |
+                                static_cast<std::uint64_t>(fileTime.dwLowDateTime);
     return (ticks - kUnixEpochAsFileTime) / kFileTimePerSecond;
 }
 

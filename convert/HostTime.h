@@ -12,6 +12,6 @@
 /// number, and one that is no date counts as the year 1601 and so wraps as well: Java's side knows these numbers.
 [[nodiscard]] std::uint64_t DateToUnixSeconds(DATE date) noexcept;
 
-/// A sample's time as messages name it: the locale's date and time, or "Invalid DateTime".
-/// Throws CHresultException when memory is exhausted.
+/// A sample's time as messages name it: the locale's date and time, or "Invalid DateTime" for what is no date or,
+/// before 1900, cannot be written. Throws CHresultException when memory is exhausted.
 [[nodiscard]] CWideString FormatSampleTime(DATE time);
