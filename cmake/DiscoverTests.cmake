@@ -1,5 +1,5 @@
 # Script: asks a test program for its tests and writes their ctest entries.
-# Variables: PROGRAM, EMULATOR, ONE_ENTRY_PER, CHECKED, OUTPUT, ENVIRONMENT (see telvar_test_program).
+# Variables: PROGRAM, EMULATOR, RUNNER, ONE_ENTRY_PER, CHECKED, OUTPUT, ENVIRONMENT (see telvar_test_program).
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -14,7 +14,7 @@ set(names "")
 set(content "")
 function(add_entry name filter)
   set(command "")
-  foreach(part ${EMULATOR} ${PROGRAM} --gtest_filter=${filter})
+  foreach(part ${RUNNER} ${EMULATOR} ${PROGRAM} --gtest_filter=${filter})
     string(APPEND command " [==[${part}]==]")
   endforeach()
   set(properties "PROPERTIES TIMEOUT 300 ENVIRONMENT [==[${ENVIRONMENT}]==]")

@@ -27,6 +27,10 @@ function(telvar_test_program name)
   endif()
 
   set(entries ${CMAKE_CURRENT_BINARY_DIR}/${name}_entries.cmake)
+  set(runner "")
+  if(NOT CMAKE_HOST_WIN32)
+    set(runner ${CMAKE_SOURCE_DIR}/tests/bed/whole-run)
+  endif()
   set(checked "")
   if(arg_ALSO_CHECKED AND NOT CMAKE_HOST_WIN32)
     set(checked ${CMAKE_SOURCE_DIR}/tests/bed/jni-checked-run)
@@ -38,7 +42,7 @@ function(telvar_test_program name)
   add_custom_command(
     TARGET ${name} POST_BUILD
     COMMAND ${CMAKE_COMMAND} -D PROGRAM=$<TARGET_FILE:${name}> -D "EMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}"
-            -D ONE_ENTRY_PER=${arg_ONE_ENTRY_PER} -D "CHECKED=${checked}" -D OUTPUT=${entries}
+            -D "RUNNER=${runner}" -D ONE_ENTRY_PER=${arg_ONE_ENTRY_PER} -D "CHECKED=${checked}" -D OUTPUT=${entries}
             -D "ENVIRONMENT=${environment}" -P ${CMAKE_SOURCE_DIR}/cmake/DiscoverTests.cmake
     BYPRODUCTS ${entries}
     VERBATIM)
@@ -60,4 +64,16 @@ function(telvar_compile_test name)
   if(arg_EXPECT)
     set_tests_properties(${name} PROPERTIES PASS_REGULAR_EXPRESSION ${arg_EXPECT})
   endif()
+endfunction()
+
+# telvar_run_test(NAME COMMAND part ... RESULT n [OUTPUT text ...] [ENVIRONMENT NAME=value] [REPEAT n])
+# A program whose end is the proof: it has to end with exactly this result, each time it is run.
+function(telvar_run_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "RESULT;ENVIRONMENT;REPEAT" "COMMAND;OUTPUT")
+  list(JOIN arg_COMMAND "|" command)
+  list(JOIN arg_OUTPUT "|" output)
+  add_test(NAME ${name}
+           COMMAND ${CMAKE_COMMAND} -D "COMMAND=${command}" -D "RESULT=${arg_RESULT}" -D "OUTPUT=${output}"
+                   -D "ENVIRONMENT=${arg_ENVIRONMENT}" -D "REPEAT=${arg_REPEAT}"
+                   -P ${CMAKE_SOURCE_DIR}/tests/bed/CheckRun.cmake)
 endfunction()

@@ -17,7 +17,8 @@ die() { printf 'setup: %s\n' "$*" >&2; exit 1; }
 # ---- packages -------------------------------------------------------------------------------------------
 
 packages=(wine64 g++-mingw-w64-x86-64-posix mingw-w64-tools cmake ninja-build googletest libboost-dev
-          openjdk-17-jdk-headless python3 unzip xz-utils)
+          openjdk-17-jdk-headless python3 unzip xz-utils
+          clang-14 lld-14 llvm-14)  # the import library for Microsoft's linker, and a test host of that linker's
 for group in "$@"; do
   case $group in
     lint) packages+=(clang-format-14 clang-tidy-14) ;;

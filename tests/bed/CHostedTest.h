@@ -36,6 +36,11 @@ protected:
     [[nodiscard]] CHost& Host() { return *m_host; }
     void Unregister() { m_registration.reset(); }
 
+    /// The host's system information says this from now on to whoever asks for it anew.
+    void SetSystem(SystemData data) {
+        Host().Services().Set(ISystemInfo::kId, MakeSystemInfo(Host().ShareRecord(), std::move(data)).Get());
+    }
+
     /// The host's logger as the library holds it.
     [[nodiscard]] CBridgeLog MakeLog() { return CBridgeLog(MakeLogger(m_host->ShareRecord(), m_log).Get()); }
 

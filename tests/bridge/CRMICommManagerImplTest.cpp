@@ -1,49 +1,20 @@
-#include "CRMICommManagerImpl.h"
-
 #include "BindingTable.h"
-#include "CAgentRegistry.h"
-#include "CHostedTest.h"
-#include "CThreadSlots.h"
+#include "CFakeBridgeTest.h"
 #include "CRegisteredServer.h"
-#include "LoadedFakeRuntime.h"
-#include "TestPaths.h"
 
 namespace {
-
-using Texts = std::vector<std::wstring>;
 
 constexpr char kGetHostObject[] = "IHostServiceProvider::GetHostObject";
 
 /// The manager's start and end between a host and the fake runtime; the same on the real one is in
 /// ManagerStartTest.cpp.
-class CRMICommManagerImplTest : public CHostedTest {
+class CRMICommManagerImplTest : public CFakeBridgeTest {
 protected:
-    static void SetUpTestSuite() { static_cast<void>(LoadedFakeRuntime()); }
-
-    void SetUp() override {
-        CHostedTest::SetUp();
-        Fake().Reset();
-        m_registry = std::make_unique<CAgentRegistry>();
-        m_registry->SetAgentText(L"JrePath", TestPaths::kFakeRuntime);
-    }
-
-    void TearDown() override {
-        m_registry.reset();
-        for (long i = 0; i < Fake().GetMisuseCount(); ++i) {
-            ADD_FAILURE() << "broken rule: " << Fake().GetMisuse(i);
-        }
-        CHostedTest::TearDown();
-    }
-
-    static IFakeRuntime& Fake() { return LoadedFakeRuntime(); }
     long CountFetches() { return Host().Record().CountCalls(kGetHostObject); }
-
-    std::unique_ptr<CAgentRegistry> m_registry;
-    CThreadSlots m_slots;
 };
 
 TEST_F(CRMICommManagerImplTest, TheHostsObjectsAreFetchedAndTheJavaSideStarted) {
-    CRMICommManagerImpl manager(m_slots);
+    CRMICommManagerImpl manager(Slots());
 
     EXPECT_EQ(manager.Initialize(), S_OK);
 
@@ -55,7 +26,7 @@ TEST_F(CRMICommManagerImplTest, TheHostsObjectsAreFetchedAndTheJavaSideStarted) 
 
 TEST_F(CRMICommManagerImplTest, AHostWithoutALoggerObjectFailsTheStartWithoutAWord) {
     Host().Services().SetResult(IHostLogger::kId, E_ACCESSDENIED);
-    CRMICommManagerImpl manager(m_slots);
+    CRMICommManagerImpl manager(Slots());
 
     EXPECT_EQ(manager.Initialize(), E_ACCESSDENIED);
 
@@ -66,7 +37,7 @@ TEST_F(CRMICommManagerImplTest, AHostWithoutALoggerObjectFailsTheStartWithoutAWo
 
 TEST_F(CRMICommManagerImplTest, AHostThatGivesNoLoggerIsServedWithoutALog) {
     Host().Services().Set(IHostLogger::kId, nullptr);
-    CRMICommManagerImpl manager(m_slots);
+    CRMICommManagerImpl manager(Slots());
 
     EXPECT_EQ(manager.Initialize(), S_OK);
 
@@ -78,17 +49,17 @@ TEST_F(CRMICommManagerImplTest, AHostThatGivesNoLoggerIsServedWithoutALog) {
 TEST_F(CRMICommManagerImplTest, WithoutALoggerAFailureGivesTheSameResult) {
     Host().Services().Set(IHostLogger::kId, nullptr);
     Host().Services().SetResult(ISystemInfo::kId, E_ACCESSDENIED);
-    EXPECT_EQ(CRMICommManagerImpl(m_slots).Initialize(), E_ACCESSDENIED);
+    EXPECT_EQ(CRMICommManagerImpl(Slots()).Initialize(), E_ACCESSDENIED);
 
     Host().Services().SetResult(ISystemInfo::kId, S_OK);
     Host().Services().Set(ISystemInfo::kId, MakeSystemInfo(Host().ShareRecord(), {}).Get());
     Fake().RemoveClass(Binding::BaseMetric::kClass);
-    EXPECT_EQ(CRMICommManagerImpl(m_slots).Initialize(), E_FAIL);
+    EXPECT_EQ(CRMICommManagerImpl(Slots()).Initialize(), E_FAIL);
 }
 
 TEST_F(CRMICommManagerImplTest, AHostWithoutSystemInformationFailsTheStart) {
     Host().Services().SetResult(ISystemInfo::kId, E_ACCESSDENIED);
-    CRMICommManagerImpl manager(m_slots);
+    CRMICommManagerImpl manager(Slots());
 
     EXPECT_EQ(manager.Initialize(), E_ACCESSDENIED);
 
@@ -100,7 +71,7 @@ TEST_F(CRMICommManagerImplTest, AHostWithoutSystemInformationFailsTheStart) {
 
 TEST_F(CRMICommManagerImplTest, AHostThatGivesNoSystemInformationFailsTheStart) {
     Host().Services().Set(ISystemInfo::kId, nullptr);
-    CRMICommManagerImpl manager(m_slots);
+    CRMICommManagerImpl manager(Slots());
 
     EXPECT_EQ(manager.Initialize(), E_POINTER);
     EXPECT_EQ(Logged(),
@@ -111,13 +82,13 @@ TEST_F(CRMICommManagerImplTest, AHostThatGivesNoSystemInformationFailsTheStart) 
 TEST_F(CRMICommManagerImplTest, WithoutTheServiceObjectTheStartFailsWithComsError) {
     const CServerRegistrationLock nobodyRegisters;
     Unregister();
-    CRMICommManagerImpl manager(m_slots);
+    CRMICommManagerImpl manager(Slots());
 
     EXPECT_EQ(manager.Initialize(), REGDB_E_CLASSNOTREG);
 }
 
 TEST_F(CRMICommManagerImplTest, ASecondStartAfterASuccessReturnsZeroAndDoesNothing) {
-    CRMICommManagerImpl manager(m_slots);
+    CRMICommManagerImpl manager(Slots());
     ASSERT_EQ(manager.Initialize(), S_OK);
     const long calls = Fake().GetCallLogSize();
     const std::size_t logged = Logged().size();
@@ -132,7 +103,7 @@ TEST_F(CRMICommManagerImplTest, ASecondStartAfterASuccessReturnsZeroAndDoesNothi
 
 TEST_F(CRMICommManagerImplTest, ASecondStartAfterAFailedMachineReturnsZeroAndDoesNothing) {
     Fake().SetCreateResult(JNI_ENOMEM);
-    CRMICommManagerImpl manager(m_slots);
+    CRMICommManagerImpl manager(Slots());
     ASSERT_EQ(manager.Initialize(), E_FAIL);
     Fake().SetCreateResult(JNI_OK);
 
@@ -142,7 +113,7 @@ TEST_F(CRMICommManagerImplTest, ASecondStartAfterAFailedMachineReturnsZeroAndDoe
 
 TEST_F(CRMICommManagerImplTest, AStartAfterAHostObjectFailedFetchesWhatIsMissingAlone) {
     Host().Record().Fail(kGetHostObject, 2, E_ACCESSDENIED);
-    CRMICommManagerImpl manager(m_slots);
+    CRMICommManagerImpl manager(Slots());
     ASSERT_EQ(manager.Initialize(), E_ACCESSDENIED);
 
     EXPECT_EQ(manager.Initialize(), S_OK);
@@ -153,7 +124,7 @@ TEST_F(CRMICommManagerImplTest, AStartAfterAHostObjectFailedFetchesWhatIsMissing
 TEST_F(CRMICommManagerImplTest, WhatAFailedStartLeftBehindIsReleasedWithTheManager) {
     Fake().RemoveClass(Binding::HashMap::kClass);
     {
-        CRMICommManagerImpl manager(m_slots);
+        CRMICommManagerImpl manager(Slots());
         ASSERT_EQ(manager.Initialize(), E_FAIL);
         Host().Record().ClearCalls();
     }
@@ -162,7 +133,7 @@ TEST_F(CRMICommManagerImplTest, WhatAFailedStartLeftBehindIsReleasedWithTheManag
 }
 
 TEST_F(CRMICommManagerImplTest, TheManagersEndCallsNoJava) {
-    auto manager = std::make_unique<CRMICommManagerImpl>(m_slots);
+    auto manager = std::make_unique<CRMICommManagerImpl>(Slots());
     ASSERT_EQ(manager->Initialize(), S_OK);
     const long calls = Fake().GetCallLogSize();
 
@@ -172,7 +143,7 @@ TEST_F(CRMICommManagerImplTest, TheManagersEndCallsNoJava) {
 }
 
 TEST_F(CRMICommManagerImplTest, DisposingTwiceDisposesTheClientOnce) {
-    CRMICommManagerImpl manager(m_slots);
+    CRMICommManagerImpl manager(Slots());
     ASSERT_EQ(manager.Initialize(), S_OK);
 
     manager.Dispose();
@@ -188,7 +159,7 @@ TEST_F(CRMICommManagerImplTest, EachCallOfTheHostsMayFail) {
         Fake().Reset();
         const long before = Host().Record().CountFiredFaults();
         Host().Record().Fail("*", nth, E_ACCESSDENIED);
-        CRMICommManagerImpl manager(m_slots);
+        CRMICommManagerImpl manager(Slots());
 
         const long started = manager.Initialize();
 

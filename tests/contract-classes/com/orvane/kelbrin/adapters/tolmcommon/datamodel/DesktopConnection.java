@@ -4,11 +4,20 @@ import com.orvane.kelbrin.adapters.tolmcommon.communication.rmi.client.Calls;
 
 /** Stand-in: has the constructors and methods that the library binds, and notes their calls. */
 public class DesktopConnection {
+    private final String text;
+
     public DesktopConnection() {
-        Calls.note("DesktopConnection()");
+        text = "DesktopConnection()";
+        Calls.note(text);
     }
 
     public DesktopConnection(String id, String authToken, String uniqueId, int version, String deviceType) {
-        Calls.note("DesktopConnection(" + id + ", " + authToken + ", " + uniqueId + ", " + version + ", " + deviceType + ")");
+        text = "DesktopConnection(" + id + ", " + authToken + ", " + uniqueId + ", " + version + ", " + deviceType + ")";
+        Calls.note(text);
+    }
+
+    @Override
+    public String toString() {
+        return text;
     }
 }

@@ -4,25 +4,33 @@ import com.orvane.kelbrin.adapters.tolmcommon.datamodel.DesktopConnection;
 import com.orvane.kelbrin.adapters.tolmcommon.datamodel.DesktopInformation;
 import com.orvane.kelbrin.adapters.tolmcommon.datamodel.Sample;
 import com.orvane.kelbrin.adapters.tolmcommon.datamodel.UserSession;
+import java.rmi.ConnectException;
 import java.util.Map;
 
-/** Stand-in: has the constructors and methods that the library binds, and notes their calls. */
+/**
+ * Stand-in: has the constructors and methods that the library binds, and notes their calls. The URL of the message server
+ * may carry orders, for hosts that know nothing of Java: {@code rmi://host?onStartup=welcome}.
+ */
 public class DesktopMessageClient {
+    private final Orders orders = new Orders();
+
     public DesktopMessageClient() {
         Calls.note("DesktopMessageClient()");
     }
 
-    public void initialize(String a, String b) {
+    public void initialize(String a, String b) throws ConnectException {
         Calls.note("DesktopMessageClient.initialize(" + a + ", " + b + ")");
+        orders.obey("initialize");
     }
 
     public void setProviderUrl(String value) {
         Calls.note("DesktopMessageClient.setProviderUrl(" + value + ")");
+        orders.read(value);
     }
 
-    public String onStartup(String a, DesktopConnection b) {
+    public String onStartup(String a, DesktopConnection b) throws ConnectException {
         Calls.note("DesktopMessageClient.onStartup(" + a + ", " + b + ")");
-        return null;
+        return orders.obey("onStartup");
     }
 
     public String onUserLogon(DesktopConnection a, DesktopInformation b, long c, UserSession d) {

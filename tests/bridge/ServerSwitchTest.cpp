@@ -1,0 +1,227 @@
+#include "ServerSwitch.h"
+
+#include "BindingTable.h"
+#include "CFakeBridgeTest.h"
+#include "RunOnNewThread.h"
+
+namespace {
+
+using Calls = std::vector<std::string>;
+
+constexpr char kClient[] = "com/orvane/kelbrin/adapters/tolmcommon/communication/rmi/client/DesktopMessageClient";
+
+/// Pointing the message client at a server, on a bridge that has started.
+class ServerSwitchTest : public CFakeBridgeTest {
+protected:
+    void SetUp() override {
+        CFakeBridgeTest::SetUp();
+        Registry().SetAgentText(L"ConfigDirectory", L"C:\\Config");
+        m_manager = std::make_unique<CRMICommManagerImpl>(Slots());
+        ASSERT_EQ(m_manager->SetCurrentServerConfig(L"", L"", L""), S_FALSE);
+        m_firstCall = Fake().GetMethodLogSize();
+        m_firstEntry = Logged().size();
+    }
+
+    void TearDown() override {
+        EXPECT_FALSE(Fake().IsExceptionPending());
+        Slots().RunCleaner();
+        EXPECT_EQ(Fake().GetGlobalReferences(), 0);
+        m_manager.reset();
+        CFakeBridgeTest::TearDown();
+    }
+
+    long Switch(const wchar_t* url, const wchar_t* authToken, const wchar_t* certificate) {
+        return m_manager->SetCurrentServerConfig(url, authToken, certificate);
+    }
+
+    /// The Java methods called since the bridge has started.
+    Calls CallsSinceStart() { return MethodCalls(m_firstCall); }
+    Texts LoggedSinceStart() {
+        Texts logged = Logged();
+        logged.erase(logged.begin(), logged.begin() + static_cast<std::ptrdiff_t>(m_firstEntry));
+        return logged;
+    }
+
+    static FakeException Exception(const char* description) {
+        FakeException exception;
+        exception.description = description;
+        return exception;
+    }
+
+    std::unique_ptr<CRMICommManagerImpl> m_manager;
+
+private:
+    long m_firstCall = 0;
+    std::size_t m_firstEntry = 0;
+};
+
+TEST_F(ServerSwitchTest, ASwitchSetsTheUrlAndThenInitializesTheClient) {
+    EXPECT_EQ(Switch(L"rmi://one", L"token", L"certificate"), S_OK);
+
+    EXPECT_EQ(CallsSinceStart(), (Calls{"DesktopMessageClient.setProviderUrl(\"rmi://one\")",
+                                        "DesktopMessageClient.initialize(\"C:\\u005cConfig\", \"certificate\")"}));
+    EXPECT_EQ(LoggedSinceStart(), Texts{L"info: Updated the message server URL in the Java client to rmi://one."});
+}
+
+TEST_F(ServerSwitchTest, AFirstConfigurationOfNothingIsUnchanged) {
+    EXPECT_EQ(Switch(L"", L"", L""), S_FALSE);
+    EXPECT_EQ(Switch(nullptr, nullptr, nullptr), S_FALSE);
+
+    EXPECT_EQ(CallsSinceStart(), Calls{});
+}
+
+TEST_F(ServerSwitchTest, AnUnchangedConfigurationCallsNothingAtAll) {
+    ASSERT_EQ(Switch(L"rmi://one", L"token", L"certificate"), S_OK);
+    const long calls = Fake().GetCallLogSize();
+
+    EXPECT_EQ(Switch(L"rmi://one", L"token", L"certificate"), S_FALSE);
+    EXPECT_EQ(Switch(L"RMI://One", L"token", L"certificate"), S_FALSE) << "the URL's letter case does not count";
+
+    EXPECT_EQ(Fake().GetCallLogSize(), calls);
+}
+
+TEST_F(ServerSwitchTest, WhateverElseChangesIsAFullSwitch) {
+    ASSERT_EQ(Switch(L"rmi://one", L"token", L"certificate"), S_OK);
+    for (const ServerConfig& changed : {ServerConfig{L"rmi://one", L"other token", L"certificate"},
+                                        ServerConfig{L"rmi://one", L"Other Token", L"certificate"},
+                                        ServerConfig{L"rmi://one", L"Other Token", L"other certificate"},
+                                        ServerConfig{L"rmi://one", L"Other Token", L"Other Certificate"},
+                                        ServerConfig{L"rmi://two", L"Other Token", L"Other Certificate"},
+                                        ServerConfig{L"", L"", L""}}) {
+        const long firstCall = Fake().GetMethodLogSize();
+
+        EXPECT_EQ(Switch(changed.url.c_str(), changed.authToken.c_str(), changed.certificate.c_str()), S_OK);
+
+        const std::string url(changed.url.begin(), changed.url.end());
+        const std::string certificate(changed.certificate.begin(), changed.certificate.end());
+        EXPECT_EQ(MethodCalls(firstCall),
+                  (Calls{"DesktopMessageClient.setProviderUrl(\"" + url + "\")",
+                         "DesktopMessageClient.initialize(\"C:\\u005cConfig\", \"" + certificate + "\")"}));
+    }
+}
+
+TEST_F(ServerSwitchTest, NullTextsReachJavaAsEmptyOnes) {
+    ASSERT_EQ(Switch(nullptr, L"token", nullptr), S_OK);
+
+    EXPECT_EQ(CallsSinceStart(), (Calls{"DesktopMessageClient.setProviderUrl(\"\")",
+                                        "DesktopMessageClient.initialize(\"C:\\u005cConfig\", \"\")"}));
+}
+
+TEST_F(ServerSwitchTest, TheUrlsStringFailing) {
+    Fake().Fail("NewString", 1);
+
+    EXPECT_EQ(Switch(L"rmi://one", L"token", L"certificate"), E_FAIL);
+
+    EXPECT_EQ(LoggedSinceStart(),
+              Texts{L"error: Failed to create a new Java string for 'rmi://one'.  java.lang.OutOfMemoryError: injected"});
+    EXPECT_EQ(CallsSinceStart(), Calls{});
+}
+
+TEST_F(ServerSwitchTest, TheUrlNotTaken) {
+    Fake().MakeMethodThrow(kClient, "setProviderUrl", Exception("no such host"));
+
+    EXPECT_EQ(Switch(L"rmi://one", L"token", L"certificate"), E_FAIL);
+
+    EXPECT_EQ(LoggedSinceStart(),
+              Texts{L"error: Failed to set the message server URL in the Java client.  no such host"});
+    EXPECT_EQ(CallsSinceStart(), Calls{"DesktopMessageClient.setProviderUrl(\"rmi://one\")"});
+}
+
+TEST_F(ServerSwitchTest, TheFoldersStringFailing) {
+    Fake().Fail("NewString", 2);
+
+    EXPECT_EQ(Switch(L"rmi://one", L"token", L"certificate"), E_FAIL);
+
+    EXPECT_EQ(LoggedSinceStart(),
+              (Texts{L"info: Updated the message server URL in the Java client to rmi://one.",
+                     L"error: Failed to create a new Java string for 'C:\\Config'.  java.lang.OutOfMemoryError: injected"}));
+}
+
+TEST_F(ServerSwitchTest, TheCertificatesStringFailingDoesNotShowIt) {
+    Fake().Fail("NewString", 3);
+
+    EXPECT_EQ(Switch(L"rmi://one", L"token", L"certificate"), E_FAIL);
+
+    EXPECT_EQ(LoggedSinceStart().back(),
+              L"error: Failed to create a new Java string for the certificate.  java.lang.OutOfMemoryError: injected");
+}
+
+TEST_F(ServerSwitchTest, TheClientNotInitialized) {
+    Fake().MakeMethodThrow(kClient, "initialize", Exception("refused"));
+
+    EXPECT_EQ(Switch(L"rmi://one", L"token", L"certificate"), E_FAIL);
+
+    EXPECT_EQ(LoggedSinceStart().back(), L"error: Failed to initialize RMI in the Java client.  refused");
+}
+
+TEST_F(ServerSwitchTest, ASwitchThatFailsIsTriedAgainAsAWhole) {
+    ASSERT_EQ(Switch(L"rmi://one", L"token", L"certificate"), S_OK);
+    Fake().MakeMethodThrow(kClient, "initialize", Exception("refused"));
+    ASSERT_EQ(Switch(L"rmi://two", L"token", L"certificate"), E_FAIL);
+    ASSERT_EQ(Switch(L"rmi://two", L"token", L"certificate"), E_FAIL);
+    const long firstCall = Fake().GetMethodLogSize();
+
+    EXPECT_EQ(Switch(L"rmi://one", L"token", L"certificate"), S_FALSE) << "the old one is still the stored one";
+    EXPECT_EQ(Switch(L"rmi://two", L"token", L"certificate"), E_FAIL);
+
+    EXPECT_EQ(MethodCalls(firstCall),
+              (Calls{"DesktopMessageClient.setProviderUrl(\"rmi://two\")",
+                     "DesktopMessageClient.initialize(\"C:\\u005cConfig\", \"certificate\")"}));
+}
+
+TEST_F(ServerSwitchTest, WithoutAConfigurationFolderTheRegistrysFailureIsReturned) {
+    CAgentRegistry::SetBytes(Registry().AgentKey(), L"ConfigDirectory", REG_DWORD, {1, 0, 0, 0});
+
+    const long switched = Switch(L"rmi://one", L"token", L"certificate");
+
+    EXPECT_TRUE(FAILED(switched));
+    EXPECT_NE(switched, E_FAIL);
+    EXPECT_EQ(LoggedSinceStart(), Texts{});
+    EXPECT_EQ(CallsSinceStart(), Calls{});
+}
+
+TEST_F(ServerSwitchTest, WithoutAMachineThereIsNothingToSwitch) {
+    EXPECT_EQ(SwitchMessageServer(MakeLog(), JavaBridge(), Slots(), {L"rmi://one", L"", L""}),
+              static_cast<HRESULT>(0x80040007));
+}
+
+TEST_F(ServerSwitchTest, AThreadThatIsNewIsAttachedForItsLife) {
+    RunOnNewThread([&] {
+        EXPECT_EQ(Switch(L"rmi://one", L"token", L"certificate"), S_OK);
+        EXPECT_EQ(Switch(L"rmi://two", L"token", L"certificate"), S_OK);
+        EXPECT_TRUE(Fake().IsThreadAttached());
+    });
+
+    EXPECT_EQ(Fake().GetCallCount("AttachCurrentThread"), 1);
+    EXPECT_EQ(Fake().GetCallCount("DetachCurrentThread"), 1);
+    EXPECT_EQ(Fake().GetAttachedThreads(), 0);
+}
+
+TEST_F(ServerSwitchTest, AThreadThatCannotBeAttachedFailsAtItsFirstString) {
+    Fake().Fail("AttachCurrentThread", 1);
+
+    RunOnNewThread([&] {
+        EXPECT_EQ(Switch(L"rmi://one", L"token", L"certificate"), E_FAIL);
+        EXPECT_EQ(Switch(L"rmi://one", L"token", L"certificate"), S_OK) << "the next call attaches it";
+    });
+
+    EXPECT_EQ(LoggedSinceStart().front(), L"error: Failed to create a new Java string for 'rmi://one'.  ");
+}
+
+TEST_F(ServerSwitchTest, EachCallOfJnisMayFail) {
+    long fired = 1;
+    for (long nth = 1; fired != 0; ++nth) {
+        Fake().Fail("*", nth);
+
+        const long switched = Switch(L"rmi://other", std::to_wstring(nth).c_str(), L"certificate");
+
+        fired = Fake().GetFaultsFired();
+        Fake().ClearFaults();
+        EXPECT_TRUE(switched == E_FAIL || switched == S_OK) << nth;
+        EXPECT_FALSE(Fake().IsExceptionPending()) << nth;
+        EXPECT_EQ(Fake().GetLocalReferences(), 0) << nth;
+        EXPECT_EQ(Switch(L"rmi://one", std::to_wstring(nth).c_str(), L"certificate"), S_OK) << nth;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,325 @@
+#include "Scenarios.h"
+
+#include <windows.h>
+
+#include <atomic>
+#include <cstdint>
+#include <map>
+#include <stdexcept>
+#include <vector>
+
+#include "CEndingHost.h"
+#include "CHostThread.h"
+#include "CLibrary.h"
+#include "CRecordingCallback.h"
+#include "DataType.h"
+#include "JavaWitness.h"
+
+namespace {
+
+using Reports = CRecordingCallback::Reports;
+
+constexpr unsigned char kNamelessKind = 11;
+constexpr wchar_t kUrl[] = L"rmi://first";
+constexpr char kDispose[] = "DesktopMessageClient.dispose()";
+
+// ---- the ends of processes ----------------------------------------------------------------------------------------
+
+/// The whole of a simple life: a start, an answer, a switch.
+void ReturnFromMain(CEndingHost& host) {
+    static CRecordingCallback callback;  // to the process's end, like what refers to it
+    CLibrary library;
+    host.Expect(library.Register(L"rmi://first?onStartup=welcome", &callback) == S_OK, "a callback is registered");
+    host.Expect(library.Dump(L"rmi://first?onStartup=welcome", eStartup) == S_OK, "the start-up is sent");
+    host.Expect(callback.Told() == Reports{{eStartup, L"welcome"}}, "the answer is heard");
+    host.Expect(library.Dump(L"rmi://second?onStartup=hello", eStartup) == S_OK, "and sent to another server");
+    host.Expect(callback.Told().size() == 2 && callback.Told()[1].second == L"hello", "whose answer is heard");
+    host.Expect(CountJavaCalls("DesktopMessageClient.initialize(") == 2, "which was switched to");
+    library.Keep();
+}
+
+void ExitFromAWorker(CEndingHost& host) {
+    CLibrary library;
+    host.Expect(library.Dump(kUrl, kNamelessKind) == S_OK, "the bridge starts");
+    const CHostThread worker([&] {
+        host.Expect(library.Dump(kUrl, eStartup) == S_OK, "a worker sends");
+        ExitProcess(static_cast<UINT>(host.GetExitCode()));
+    });
+}
+
+void ReturnWithAttachedWorkers(CEndingHost& host) {
+    CLibrary library;
+    host.Expect(library.Dump(kUrl, kNamelessKind) == S_OK, "the bridge starts");
+    for (int i = 0; i < 4; ++i) {
+        const CHostThread worker([&] { host.Expect(library.Dump(kUrl, eStartup) == S_OK, "a worker sends"); });
+    }
+    library.Keep();
+}
+
+/// Has a thread of its own call Java, which does not return; comes back once Java has been entered.
+void StayInJava(const CLibrary& library) {
+    const std::wstring file =
+        std::wstring(TestPaths::kRuntimes) + L"\\stays " + std::to_wstring(GetCurrentProcessId());
+    DeleteFileW(file.c_str());
+    std::thread([&library, url = L"rmi://first?stay=" + file] {
+        static_cast<void>(library.Dump(url, eStartup));
+    }).detach();
+    while (GetFileAttributesW(file.c_str()) == INVALID_FILE_ATTRIBUTES) {
+        Sleep(1);
+    }
+    DeleteFileW(file.c_str());
+}
+
+void ReturnWithAWorkerInJava(CEndingHost& host) {
+    auto* const library = new CLibrary;  // not freed: it is being called
+    host.Expect(library->Dump(kUrl, kNamelessKind) == S_OK, "the bridge starts");
+    StayInJava(*library);
+}
+
+void ReturnWithTheStartingThreadInJava(CEndingHost& host) {
+    auto* const library = new CLibrary;
+    StayInJava(*library);
+    host.Expect(CountJavaCalls("DesktopMessageClient.onStartup(") == 1, "the thread that started the bridge is there");
+}
+
+void ExitFromAWorkerWithAnotherInJava(CEndingHost& host) {
+    auto* const library = new CLibrary;
+    host.Expect(library->Dump(kUrl, kNamelessKind) == S_OK, "the bridge starts");
+    StayInJava(*library);
+    const CHostThread worker([&] { ExitProcess(static_cast<UINT>(host.GetExitCode())); });
+}
+
+// ---- the ends of threads ------------------------------------------------------------------------------------------
+
+void EndTheStartingThread(CEndingHost& host) {
+    CLibrary library;
+    CHostThread starter([&] { host.Expect(library.Dump(kUrl, kNamelessKind) == S_OK, "the bridge starts"); });
+    CHostThread worker([&] { host.Expect(library.Dump(kUrl, eStartup) == S_OK, "a worker sends"); });
+
+    starter.End();
+    host.Expect(TellJavaCalls().back() == kDispose, "the client is disposed with the thread that started the bridge");
+    host.Expect(library.Dump(kUrl, kNamelessKind) == E_FAIL, "nothing is sent any more");
+    host.Expect(host.HasLogged(L"because RMI manager has been uninitialized"), "which the log says");
+
+    const std::size_t calls = TellJavaCalls().size();
+    worker.End();
+    host.Expect(TellJavaCalls().size() == calls, "a worker that ends later calls nothing");
+    library.Keep();
+}
+
+// ---- the unload of the library ------------------------------------------------------------------------------------
+
+void FreeBeforeAnyStart(CEndingHost& host) {
+    CRecordingCallback callback;
+    CLibrary library;
+    host.Expect(library.Register(kUrl, &callback) == S_OK, "a callback is registered");
+    host.Expect(library.Free(), "the library is gone");
+    host.Expect(callback.CountReferences() == 0, "the callback is released");
+    host.ExpectReleased();
+}
+
+void FreeOnTheStartingThread(CEndingHost& host) {
+    CRecordingCallback callback;
+    CLibrary library;
+    host.Expect(library.Dump(kUrl, kNamelessKind) == S_OK, "the bridge starts");
+    host.Expect(library.Register(kUrl, &callback) == S_OK, "a callback is registered");
+    CHostThread worker([&] { host.Expect(library.Dump(kUrl, eStartup) == S_OK, "a worker sends"); });
+
+    host.Expect(library.Free(), "the library is gone");
+    host.Expect(TellJavaCalls().back() == kDispose, "the client is disposed");
+    host.Expect(callback.CountReferences() == 0, "the callback is released");
+    worker.End();
+    host.ExpectReleased();
+}
+
+void FreeOnAnotherThread(CEndingHost& host) {
+    CLibrary library;
+    CHostThread starter([&] { host.Expect(library.Dump(kUrl, kNamelessKind) == S_OK, "the bridge starts"); });
+    CHostThread worker([&] { host.Expect(library.Dump(kUrl, eStartup) == S_OK, "a worker sends"); });
+    const std::size_t calls = TellJavaCalls().size();
+
+    host.Expect(library.Free(), "the library is gone");
+    host.Expect(TellJavaCalls().size() == calls, "Java was not called");
+    starter.End();
+    worker.End();
+    host.Expect(TellJavaCalls().size() == calls, "nor is it when the threads end");
+    host.ExpectReleased();
+}
+
+void FreeOnAnAttachedWorker(CEndingHost& host) {
+    CLibrary library;
+    host.Expect(library.Dump(kUrl, kNamelessKind) == S_OK, "the bridge starts");
+    CHostThread worker([&] {
+        host.Expect(library.Dump(kUrl, eStartup) == S_OK, "a worker sends");
+        const long calls = CountJavaCalls("");
+        host.Expect(library.Free(), "the library is gone");
+        host.Expect(CountJavaCalls("") == calls, "Java was not called");
+    });
+    worker.End();
+    host.ExpectReleased();
+}
+
+void FreeAfterTheStartingThread(CEndingHost& host) {
+    CLibrary library;
+    CHostThread starter([&] { host.Expect(library.Dump(kUrl, kNamelessKind) == S_OK, "the bridge starts"); });
+    starter.End();
+    host.Expect(library.Free(), "the library is gone");
+    host.Expect(CountJavaCalls(kDispose) == 1, "the client was disposed once");
+    host.ExpectReleased();
+}
+
+/// A runtime makes one machine in a process: a library that is loaded again gets none, and says so.
+void LoadAgainAfterTheEnd(CEndingHost& host) {
+    CLibrary library;
+    host.Expect(library.Dump(kUrl, kNamelessKind) == S_OK, "the bridge starts");
+    host.Expect(library.Free(), "the library is gone");
+
+    CLibrary again;
+    host.Expect(again.Dump(kUrl, kNamelessKind) == E_FAIL, "there is no second machine");
+    host.Expect(host.HasLogged(L"Failed to create a Java virtual machine instance.  Error code 0xfffffffb."),
+                "which the log says");
+    host.Expect(again.Free(), "it goes, too");
+    host.ExpectReleased();
+}
+
+// ---- many -----------------------------------------------------------------------------------------------------------
+
+void ManyThreads(CEndingHost& host) {
+    constexpr int kThreads = 16;
+    CLibrary library;
+    host.Expect(library.Dump(kUrl, eStartup) == S_OK, "the bridge starts");
+    const int javaThreads = CountJavaThreads();
+    std::atomic<int> failures{0};
+    std::vector<CRecordingCallback> callbacks(kThreads);
+    for (int round = 0; round < 5; ++round) {
+        std::vector<std::thread> threads;
+        for (CRecordingCallback& callback : callbacks) {
+            threads.emplace_back([&] {
+                const std::wstring url = L"rmi://first?onStartup=" + std::to_wstring(GetCurrentThreadId());
+                failures += library.Register(url, &callback) != S_OK;
+                for (int i = 0; i < 10; ++i) {
+                    failures += library.Dump(url, eStartup) != S_OK;
+                }
+                failures += library.Unregister(url, &callback) != S_OK;
+            });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+    }
+    host.Expect(failures == 0, "every call of theirs succeeds");
+    for (const CRecordingCallback& callback : callbacks) {
+        host.Expect(callback.Told().size() == 50, "each thread's callback hears its own answers");
+        host.Expect(callback.CountReferences() == 0, "and is released");
+    }
+    host.Expect(CountJavaThreads() == javaThreads, "Java knows none of them any more");
+    library.Keep();
+}
+
+void AThousandShortLivedThreads(CEndingHost& host) {
+    constexpr int kThreads = 1000;
+    constexpr int kAtOnce = 8;
+    CLibrary library;
+    host.Expect(library.Dump(kUrl, eStartup) == S_OK, "the bridge starts");
+    const int javaThreads = CountJavaThreads();
+    std::atomic<int> failures{0};
+    std::atomic<bool> allEnded{false};
+    std::thread spawner([&] {
+        for (int i = 0; i < kThreads; i += kAtOnce) {
+            std::vector<std::thread> threads;
+            for (int j = 0; j < kAtOnce; ++j) {
+                threads.emplace_back([&] { failures += library.Dump(L"rmi://first?garbage=onStartup", eStartup) != S_OK; });
+            }
+            for (std::thread& thread : threads) {
+                thread.join();
+            }
+        }
+        allEnded = true;
+    });
+    while (!allEnded) {
+        failures += library.Dump(L"rmi://first?garbage=onStartup", eStartup) != S_OK;
+    }
+    spawner.join();
+    host.Expect(failures == 0, "every call succeeds while Java collects its garbage");
+    host.Expect(CountJavaThreads() == javaThreads, "Java knows none of the threads any more");
+    library.Keep();
+}
+
+/// The blocks in use on all heaps of the process.
+long CountHeapBlocks() {
+    HANDLE heaps[64];
+    const DWORD heapCount = GetProcessHeaps(64, heaps);
+    long count = 0;
+    for (DWORD i = 0; i < heapCount; ++i) {
+        PROCESS_HEAP_ENTRY entry{};
+        HeapLock(heaps[i]);
+        while (HeapWalk(heaps[i], &entry)) {
+            count += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0;
+        }
+        HeapUnlock(heaps[i]);
+    }
+    return count;
+}
+
+DWORD NextFlsIndex() {
+    const DWORD index = FlsAlloc(nullptr);
+    FlsFree(index);
+    return index;
+}
+
+DWORD NextTlsIndex() {
+    const DWORD index = TlsAlloc();
+    TlsFree(index);
+    return index;
+}
+
+void LoadAndFreeOverAndOver(CEndingHost& host) {
+    CRecordingCallback callback;
+    const auto loadAndFree = [&] {
+        CLibrary library;
+        host.Expect(library.Register(kUrl, &callback) == S_OK, "a callback is registered");
+        host.Expect(library.Free(), "the library is gone");
+    };
+    for (int i = 0; i < 50; ++i) {
+        loadAndFree();
+    }
+    const long heapBlocks = CountHeapBlocks();
+    const DWORD flsIndex = NextFlsIndex();
+    const DWORD tlsIndex = NextTlsIndex();
+    for (int i = 0; i < 500; ++i) {
+        loadAndFree();
+    }
+    host.Expect(CountHeapBlocks() == heapBlocks, "no memory stays behind");
+    host.Expect(NextFlsIndex() == flsIndex, "no index of fiber-local storage");
+    host.Expect(NextTlsIndex() == tlsIndex, "no index of thread-local storage");
+    host.ExpectReleased();
+}
+
+const std::map<std::string, void (*)(CEndingHost&)> kScenarios = {
+    {"ReturnFromMain", &ReturnFromMain},
+    {"ExitFromAWorker", &ExitFromAWorker},
+    {"ReturnWithAttachedWorkers", &ReturnWithAttachedWorkers},
+    {"ReturnWithAWorkerInJava", &ReturnWithAWorkerInJava},
+    {"ReturnWithTheStartingThreadInJava", &ReturnWithTheStartingThreadInJava},
+    {"ExitFromAWorkerWithAnotherInJava", &ExitFromAWorkerWithAnotherInJava},
+    {"EndTheStartingThread", &EndTheStartingThread},
+    {"FreeBeforeAnyStart", &FreeBeforeAnyStart},
+    {"FreeOnTheStartingThread", &FreeOnTheStartingThread},
+    {"FreeOnAnotherThread", &FreeOnAnotherThread},
+    {"FreeOnAnAttachedWorker", &FreeOnAnAttachedWorker},
+    {"FreeAfterTheStartingThread", &FreeAfterTheStartingThread},
+    {"LoadAgainAfterTheEnd", &LoadAgainAfterTheEnd},
+    {"ManyThreads", &ManyThreads},
+    {"AThousandShortLivedThreads", &AThousandShortLivedThreads},
+    {"LoadAndFreeOverAndOver", &LoadAndFreeOverAndOver},
+};
+
+}  // namespace
+
+void RunScenario(const std::string& name, CEndingHost& host) {
+    const auto found = kScenarios.find(name);
+    if (found == kScenarios.end()) {
+        throw std::runtime_error("no such scenario: " + name);
+    }
+    found->second(host);
+}
