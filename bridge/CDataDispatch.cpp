@@ -12,7 +12,7 @@ namespace Client = Binding::DesktopMessageClient;
 
 /// A kind without a name: a poll of the desktop.
 constexpr unsigned char kDesktopPoll = 255;
-/// The message server's answer to an item that did not reach it: the Win32 error 5035.
+/// Of an item that did not reach the message server: the Win32 error 5035.
 constexpr HRESULT kServerNotReached = static_cast<HRESULT>(0x800713AB);
 
 constexpr wchar_t kClientDescriptor[] =
@@ -24,10 +24,6 @@ constexpr wchar_t kEventNotSent[] = L"Failed to send user event %s for user %s t
 constexpr wchar_t kDataNotSent[] = L"Failed to send data with type %s to the message server.  %s";
 constexpr wchar_t kStartupNotTold[] = L"Failed to CallCallback for eStartup:(%s, %s, %s)";
 
-const wchar_t* OrEmpty(const wchar_t* text) noexcept {
-    return text ? text : L"";
-}
-
 const wchar_t* OrNull(const wchar_t* text) noexcept {
     return text ? text : L"null";
 }
@@ -35,20 +31,19 @@ const wchar_t* OrNull(const wchar_t* text) noexcept {
 }  // namespace
 
 CDataDispatch::CDataDispatch(const CBridgeLog& log, const JavaBridge& bridge, ISystemInfo& systemInfo,
-                             CCallbackRegistry& callbacks, const MachineIdentity& identity, const DataItem& item)
+                             CCallbackRegistry& callbacks, PointClient pointClient, const MachineIdentity& identity,
+                             const DataItem& item)
     : m_log(log),
       m_systemInfo(systemInfo),
       m_callbacks(callbacks),
+      m_pointClient(std::move(pointClient)),
       m_item(item),
       m_componentsResult(identity.componentsResult),
       m_context{bridge.vm, bridge.messageClient, identity.id, OrEmpty(item.authToken), identity.virtualMachineId},
       m_convertor(log) {}
 
 HRESULT CDataDispatch::Send() {
-    if (m_item.data) {
-        static_cast<void>(m_item.data->QueryInterface(IUserSessionInfo::kId,
-                                                      reinterpret_cast<void**>(m_session.ReleaseAndGetAddressOf())));
-    }
+    FindSession();
     switch (m_item.type) {
         case eStartup:
             return SendStartup();
@@ -80,6 +75,10 @@ HRESULT CDataDispatch::SendStartup() {
     if (!descriptor) {
         return E_FAIL;
     }
+    const HRESULT pointed = m_pointClient();
+    if (FAILED(pointed)) {
+        return pointed;
+    }
     const std::shared_ptr<CJavaString> answer =
         m_context.messageClient->CallStringMethod(Client::kOnStartup, descriptor, connection);
     const HRESULT sent = CheckSent();
@@ -87,13 +86,20 @@ HRESULT CDataDispatch::SendStartup() {
         return sent;
     }
     std::wstring text;
-    if (answer && answer->GetString(text)) {
-        const HRESULT told = TellCallbacks(eStartup, kStartupNotTold, text);
-        if (FAILED(told)) {
-            return told;
-        }
+    const HRESULT read = ReadAnswer(answer, text);
+    if (read != S_OK) {
+        return FAILED(read) ? read : m_componentsResult;
     }
-    return m_componentsResult;
+    const HRESULT told = TellCallbacks(eStartup, kStartupNotTold, text);
+    return FAILED(told) ? told : m_componentsResult;
+}
+
+/// Events of sessions are logged with their user, so each kind of data is asked whether it is one.
+void CDataDispatch::FindSession() {
+    if (m_item.data && FAILED(m_item.data->QueryInterface(
+                           IUserSessionInfo::kId, reinterpret_cast<void**>(m_session.ReleaseAndGetAddressOf())))) {
+        static_cast<void>(m_session.Detach());  // nothing was given, whatever stands there
+    }
 }
 
 /// A machine name that is not to be had is empty.
@@ -114,6 +120,20 @@ HRESULT CDataDispatch::CheckSent() const {
     }
     LogNotSent(exceptionText);
     return IsServerConnectionFailure(exceptionText) ? kServerNotReached : E_FAIL;
+}
+
+/// @return S_OK with the text; S_FALSE when there is no answer; E_FAIL, logged, when Java does not give its text
+HRESULT CDataDispatch::ReadAnswer(const std::shared_ptr<CJavaString>& answer, std::wstring& text) const {
+    if (!answer || !answer->GetReference()) {
+        return S_FALSE;
+    }
+    if (answer->GetString(text)) {
+        return S_OK;
+    }
+    std::wstring exceptionText;
+    static_cast<void>(m_context.vm->GetJavaException(exceptionText));
+    LogNotSent(exceptionText);
+    return E_FAIL;
 }
 
 void CDataDispatch::LogNotSent(const std::wstring& exceptionText) const {

@@ -5,6 +5,7 @@
 #include <unknwn.h>
 #include <wrl/client.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -32,9 +33,14 @@ struct DataItem {
 /// again on the same thread.
 class CDataDispatch {
 public:
+    /// Points the message client at the item's server, if it is not pointed there. Nothing calls in from outside
+    /// between its return and the next call out.
+    using PointClient = std::function<HRESULT()>;
+
     /// References everything it is given except what of `identity` and `item` it copies; all that outlives it.
     CDataDispatch(const CBridgeLog& log, const JavaBridge& bridge, ISystemInfo& systemInfo,
-                  CCallbackRegistry& callbacks, const MachineIdentity& identity, const DataItem& item);
+                  CCallbackRegistry& callbacks, PointClient pointClient, const MachineIdentity& identity,
+                  const DataItem& item);
 
     CDataDispatch(const CDataDispatch&) = delete;
     CDataDispatch& operator=(const CDataDispatch&) = delete;
@@ -43,16 +49,19 @@ public:
     [[nodiscard]] HRESULT Send();
 
 private:
+    void FindSession();
     [[nodiscard]] HRESULT SendStartup();
 
     [[nodiscard]] std::wstring MakeClientDescriptor() const;
     [[nodiscard]] HRESULT CheckSent() const;
+    [[nodiscard]] HRESULT ReadAnswer(const std::shared_ptr<CJavaString>& answer, std::wstring& text) const;
     void LogNotSent(const std::wstring& exceptionText) const;
     [[nodiscard]] HRESULT TellCallbacks(DataType type, const wchar_t* failure, const std::wstring& text) const;
 
     const CBridgeLog& m_log;
     ISystemInfo& m_systemInfo;
     CCallbackRegistry& m_callbacks;
+    const PointClient m_pointClient;
     const DataItem m_item;
     const HRESULT m_componentsResult;
     const JavaCallContext m_context;

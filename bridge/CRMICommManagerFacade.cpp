@@ -5,12 +5,14 @@
 #include "CConversionBuffer.h"
 #include "CRMICommManagerImpl.h"
 #include "CThreadSlots.h"
+#include "ProcessEnd.h"
 
 CRMICommManagerFacade::~CRMICommManagerFacade() {
-    m_slots.RunCleaner();
     // More than once where a callback's last release calls in, and so makes another manager.
-    while (const std::unique_ptr<CRMICommManagerImpl> impl{m_impl.exchange(nullptr)}) {
-    }
+    do {
+        m_slots.RunCleaner();
+        const std::unique_ptr<CRMICommManagerImpl> impl(m_impl.exchange(nullptr));
+    } while (m_impl);
 }
 
 CRMICommManagerImpl& CRMICommManagerFacade::GetImpl() {
@@ -27,9 +29,15 @@ CRMICommManagerImpl& CRMICommManagerFacade::GetImpl() {
     return impl;
 }
 
+// When the process is ending, a call (from another DLL's end, say) must not wait for the manager's lock, which a thread
+// may have held that is gone, and there is nobody left to be told.
+
 template <>
 long CRMICommManager::DumpData<IUnknown>(const wchar_t* url, const wchar_t* authToken, const wchar_t* certificate,
                                          unsigned __int64 id, unsigned char type, IUnknown* data) {
+    if (IsProcessEnding()) {
+        return E_FAIL;
+    }
     CRMICommManagerImpl& impl = static_cast<CRMICommManagerFacade*>(this)->GetImpl();
     return impl.DumpData<IUnknown>(url, authToken, certificate, id, type, data);
 }
@@ -37,6 +45,9 @@ long CRMICommManager::DumpData<IUnknown>(const wchar_t* url, const wchar_t* auth
 // The texts are copied before anything else: the call may wait for a long one on another thread.
 long CRMICommManager::RegisterDataDumpCallback(const wchar_t* url, const wchar_t* authToken, const wchar_t* certificate,
                                                IDataDumpCallback* callback) {
+    if (IsProcessEnding()) {
+        return S_OK;
+    }
     const CWideCopy urlCopy(url);
     const CWideCopy authTokenCopy(authToken);
     const CWideCopy certificateCopy(certificate);
@@ -46,6 +57,9 @@ long CRMICommManager::RegisterDataDumpCallback(const wchar_t* url, const wchar_t
 
 long CRMICommManager::UnregisterDataDumpCallback(const wchar_t* url, const wchar_t* authToken,
                                                  const wchar_t* certificate, IDataDumpCallback* callback) {
+    if (IsProcessEnding()) {
+        return S_OK;
+    }
     const CWideCopy urlCopy(url);
     const CWideCopy authTokenCopy(authToken);
     const CWideCopy certificateCopy(certificate);

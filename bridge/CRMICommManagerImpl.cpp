@@ -72,7 +72,12 @@ long CRMICommManagerImpl::DumpData<IUnknown>(const wchar_t* url, const wchar_t* 
     m_slots.AttachThread(m_java.vm);
     const CJavaLocalFrame frame(m_java.vm->GetEnv());
     const DataItem item{url, authToken, certificate, id, type, data};
-    CDataDispatch dispatch(m_log, m_java, *m_systemInfo.Get(), m_callbacks, identity, item);
+    // Asked for again right before the item goes out: a call that came in meanwhile may have switched to another
+    // server.
+    const auto pointClient = [this, &item] {
+        return SetCurrentServerConfig(item.url, item.authToken, item.certificate);
+    };
+    CDataDispatch dispatch(m_log, m_java, *m_systemInfo.Get(), m_callbacks, pointClient, identity, item);
     return dispatch.Send();
 }
 
@@ -126,18 +131,17 @@ HRESULT CRMICommManagerImpl::EnsureInitialized() {
 /// Leaves the state that the attempt comes to, whatever its way out: a start that an exception broke off would, tried
 /// again, find its half-made machine and take it for a whole one.
 HRESULT CRMICommManagerImpl::InitializeOnce() {
-    ManagerState outcome = ManagerState::eInitFailed;
     try {
         m_slots.WatchThread();
         const HRESULT initialized = Initialize();
         if (SUCCEEDED(initialized)) {
             m_slots.SetCleaner(*this, &DisposeManager);
-            outcome = ManagerState::eInitialised;
         }
-        m_state = outcome;
+        m_state = SUCCEEDED(initialized) ? ManagerState::eInitialised : ManagerState::eInitFailed;
         return initialized;
     } catch (...) {
-        m_state = outcome;
+        StopJavaBridge(m_java);
+        m_state = ManagerState::eInitFailed;
         throw;
     }
 }

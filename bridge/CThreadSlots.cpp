@@ -15,7 +15,7 @@ void CThreadSlots::SetCleaner(CRMICommManagerImpl& manager, CRMICommManagerImplC
     if (m_cleaner.get()) {
         return;
     }
-    // A cleaner for which there is no room cleans at once.
+    m_storage.Require();
     PutInSlot(m_cleaner, std::make_unique<CRMICommManagerImplCleaner>(manager, clean));
 }
 
@@ -27,6 +27,7 @@ void CThreadSlots::AttachThread(const std::shared_ptr<CJavaVM>& vm) {
     WatchThread();
     // An environment that is known all the same is that of an earlier thread of this id, which ended unseen.
     vm->ForgetCurrentThread();
+    m_storage.Require();
     // The slot first: a thread that is attached must not lack the detacher.
     PutInSlot(m_detacher, std::make_unique<JavaThreadDetacher>(JavaThreadDetacher{vm, nullptr}));
     m_detacher->attachment = MakeThreadAttachment(*vm);

@@ -6,6 +6,7 @@
 #include "CJavaVM.h"
 #include "CRMICommManagerImplCleaner.h"
 #include "CThreadEndHook.h"
+#include "CThreadStorage.h"
 #include "JavaThreadDetacher.h"
 
 /// What the library has to do when one of the host's threads ends, kept with the thread: dispose the manager at the end
@@ -15,6 +16,7 @@
 /// Threads that are killed (TerminateThread), and those still running when the library is unloaded, are not cleaned up.
 class CThreadSlots {
 public:
+    /// Throws CHresultException when the system has no storage to give.
     CThreadSlots() = default;
 
     CThreadSlots(const CThreadSlots&) = delete;
@@ -24,7 +26,7 @@ public:
     void WatchThread() const noexcept { m_threadEnd.WatchThread(); }
 
     /// `clean` is called with `manager` when the calling thread ends, unless that has a cleaner already.
-    /// Throws std::bad_alloc, having called it at once.
+    /// Throws std::bad_alloc, perhaps having called it at once.
     void SetCleaner(CRMICommManagerImpl& manager, CRMICommManagerImplCleaner::Function clean);
 
     /// Attaches the calling thread for the rest of its life, unless it is attached. A thread that cannot be attached
@@ -35,6 +37,7 @@ public:
     void RunCleaner() noexcept { m_cleaner.reset(); }
 
 private:
+    CThreadStorage m_storage;
     CThreadEndHook m_threadEnd;
     boost::thread_specific_ptr<CRMICommManagerImplCleaner> m_cleaner;
     boost::thread_specific_ptr<JavaThreadDetacher> m_detacher;

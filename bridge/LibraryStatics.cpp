@@ -8,7 +8,7 @@
 
 // Of the C++ runtime, in none of its headers: for programs that count what is left at their end, as we do at an unload.
 namespace __gnu_cxx {
-void __freeres();  // NOLINT(bugprone-reserved-identifier)
+void __freeres();  // NOLINT(bugprone-reserved-identifier,readability-identifier-naming): its name
 }
 
 namespace {
@@ -36,10 +36,15 @@ struct LibraryStatics {
     CRMICommManagerFacade facade{slots};
 };
 
-// Where its lock cannot be made, the exception leaves the library's start-up and the load fails.
-CUnloadedObject<LibraryStatics> g_statics;  // NOLINT(cert-err58-cpp)
+CUnloadedObject<LibraryStatics> g_statics;
 
 }  // namespace
+
+/// The load fails (ERROR_DLL_INIT_FAILED) where a lock or the threads' storage cannot be had. Nothing else happens
+/// here; the notifications of threads stay on, as the slots' clean-up needs them.
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void*) {
+    return reason != DLL_PROCESS_ATTACH || g_statics.IsMade();
+}
 
 CRMICommManager& CRMICommManager::GetInstance() {
     return g_statics.Get().facade;

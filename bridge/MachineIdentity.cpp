@@ -28,13 +28,21 @@ HRESULT ReadId(const CBridgeLog& log, ISystemInfo& systemInfo, IdGetter getter, 
     return read;
 }
 
+HRESULT AskForComponents(ISystemInfo& systemInfo, ComPtr<IPropertyBox>& components) {
+    const HRESULT got = systemInfo.get_componentsIdentities(components.ReleaseAndGetAddressOf());
+    if (FAILED(got)) {
+        static_cast<void>(components.Detach());  // nothing was given, whatever stands there
+    }
+    return got;
+}
+
 /// COM says E_UNEXPECTED where it has no marshaller for the property box: it is registered then, and asked once more.
 HRESULT GetComponents(ISystemInfo& systemInfo, ComPtr<IPropertyBox>& components) {
-    const HRESULT got = systemInfo.get_componentsIdentities(components.ReleaseAndGetAddressOf());
+    const HRESULT got = AskForComponents(systemInfo, components);
     if (got != E_UNEXPECTED || FAILED(RegisterInterfaceMarshalling(IPropertyBox::kId))) {
         return got;
     }
-    return systemInfo.get_componentsIdentities(components.ReleaseAndGetAddressOf());
+    return AskForComponents(systemInfo, components);
 }
 
 /// Puts the component's identity in the machine's place, if there is one that is a text or can become one.

@@ -3,14 +3,6 @@
 #include <cwchar>
 #include <tuple>
 
-namespace {
-
-const wchar_t* OrEmpty(const wchar_t* text) noexcept {
-    return text ? text : L"";
-}
-
-}  // namespace
-
 bool operator<(const ServerConfig& left, const ServerConfig& right) noexcept {
     return std::tie(left.url, left.authToken, left.certificate) <
            std::tie(right.url, right.authToken, right.certificate);

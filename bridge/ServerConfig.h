@@ -2,6 +2,11 @@
 
 #include <string>
 
+/// A host's text, which may be null and is empty then.
+[[nodiscard]] inline const wchar_t* OrEmpty(const wchar_t* text) noexcept {
+    return text ? text : L"";
+}
+
 /// Which message server is meant, as hosts say it with every item and every callback. As a key it is ordered by the
 /// three texts one after the other, each by its code units.
 struct ServerConfig {

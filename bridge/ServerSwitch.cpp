@@ -6,13 +6,13 @@
 #include "CJavaLocalFrame.h"
 #include "CJavaString.h"
 #include "CThreadSlots.h"
+#include "JavaMessages.h"
 #include "RuntimeDiscovery.h"
 
 namespace {
 
 namespace Client = Binding::DesktopMessageClient;
 
-constexpr wchar_t kNoString[] = L"Failed to create a new Java string for '%s'.  %s";
 constexpr wchar_t kNoCertificateString[] = L"Failed to create a new Java string for the certificate.  %s";
 constexpr wchar_t kUrlNotSet[] = L"Failed to set the message server URL in the Java client.  %s";
 constexpr wchar_t kUrlSet[] = L"Updated the message server URL in the Java client to %s.";
@@ -22,7 +22,7 @@ constexpr wchar_t kNotInitialized[] = L"Failed to initialize RMI in the Java cli
 void LogNoString(const CBridgeLog& log, CJavaVM& vm, const std::wstring& text) {
     std::wstring exceptionText;
     static_cast<void>(vm.GetJavaException(exceptionText));
-    log.Error(kNoString, text.c_str(), exceptionText.c_str());
+    log.Error(kNoJavaString, text.c_str(), exceptionText.c_str());
 }
 
 HRESULT SetProviderUrl(const CBridgeLog& log, const JavaBridge& bridge, const std::wstring& url) {

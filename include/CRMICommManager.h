@@ -32,8 +32,8 @@ public:
     static TELVAR_RMI_API CRMICommManager& GetInstance();
 
     /// Sends one data item. The first call starts the Java machine, and whenever the three texts differ from those of
-    /// the call before, the message client is pointed at the other server. Java's failures are in the host's log.
-    /// Takes IUnknown only.
+    /// the last successful switch, the message client is pointed at the other server. Java's failures are in the host's
+    /// log. Takes IUnknown only.
     ///
     /// @param url         the message server; letter case does not count in comparisons
     /// @param authToken   the token that the server asks for
@@ -43,9 +43,10 @@ public:
     /// @param data        the host's object, which has the interfaces that the type asks for; may be null where it
     ///                    asks for none
     /// @return S_OK, or what the host's component identities were got with where that failed and nothing else did;
-    ///         0x800713AB when the message server cannot be reached; E_FAIL for every other failure of Java's, for a
-    ///         start that failed before, after the starting thread's end, and for a call out of the midst of a start or
-    ///         a switch on the same thread; E_NOTIMPL for a type that is not sent yet; else the HRESULT of what failed
+    ///         0x800713AB when the message server cannot be reached; E_FAIL for every other failure of Java's, for an
+    ///         answer that no callback is registered for, after a start that failed or the starting thread's end, and
+    ///         for a call out of the midst of a start or a switch on the same thread; E_NOTIMPL for a type that is not
+    ///         sent yet; else the HRESULT of what failed
     template <typename Data>
     TELVAR_RMI_API long DumpData(const wchar_t* url, const wchar_t* authToken, const wchar_t* certificate,
                                  unsigned __int64 id, unsigned char type, Data* data);

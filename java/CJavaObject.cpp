@@ -35,7 +35,12 @@ std::shared_ptr<CJavaString> CJavaObject::CallStringVariadic(const char* alias, 
     CJavaLocalRef<jstring> result(env,
                                   static_cast<jstring>(env->CallObjectMethodV(m_reference.Get(), method, arguments)));
     va_end(arguments);
-    return std::shared_ptr<CJavaString>(new CJavaString(m_vm, std::move(result)));
+    try {
+        return std::shared_ptr<CJavaString>(new CJavaString(m_vm, std::move(result)));
+    } catch (...) {
+        env->ExceptionClear();  // what the method threw: nobody will ask for it now
+        throw;
+    }
 }
 
 jobject JavaArgument::ToReference(const CJavaObject& object) noexcept {

@@ -34,7 +34,7 @@ public:
 
     /// Calls a method that returns a string, or another object of which only its release is wanted. The result is a
     /// local reference of the calling thread's; Java's null is wrapped like any other. Empty where the thread has no
-    /// environment. Throws std::bad_alloc.
+    /// environment. Throws std::bad_alloc, no Java exception being pending then.
     template <typename Result, typename... Parameters, typename... Arguments>
     [[nodiscard]] std::shared_ptr<CJavaString> CallStringMethod(const JavaMethod<Result(Parameters...)>& method,
                                                                 const Arguments&... arguments) {

@@ -7,6 +7,7 @@
 #include "CJavaClass.h"
 #include "CJavaLocalFrame.h"
 #include "CJavaString.h"
+#include "JavaMessages.h"
 #include "RuntimeDiscovery.h"
 
 namespace {
@@ -16,7 +17,6 @@ constexpr wchar_t kNoMachine[] = L"Failed to create a Java virtual machine insta
 constexpr wchar_t kNoLogFolder[] = L"Failed to retrieve the log foler path.  ";
 constexpr wchar_t kLoggerInitialized[] = L"SUCCESSFULLY initialized the Message Logger.";
 constexpr wchar_t kNoLoggerFactory[] = L"Failed to Initialize the Message Server Logger.  %s";
-constexpr wchar_t kNoFolderString[] = L"Failed to create a new Java string for '%s'.  %s";
 constexpr wchar_t kNoMessageClient[] = L"Failed to create a new message client.  %s";
 constexpr wchar_t kInitialized[] = L"Initialized communication manager.";
 constexpr wchar_t kNoClass[] = L"Failed to load class %s.  %s";
@@ -71,7 +71,7 @@ HRESULT MakeLoggerFactory(const CBridgeLog& log, JavaBridge& bridge, CJavaClass&
     const std::shared_ptr<CJavaString> folderString = bridge.vm->NewString(folder);
     if (!folderString) {
         static_cast<void>(TakeExceptionText(*bridge.vm));
-        log.Error(kNoFolderString, folder.c_str(), folder.c_str());  // kept: the folder stands in both places
+        log.Error(kNoJavaString, folder.c_str(), folder.c_str());  // kept: the folder stands in both places
         return E_FAIL;
     }
     bridge.loggerFactory = factoryClass.NewObject(Binding::InstanceLoggerFactory::kCtorFolder, folderString);

@@ -6,8 +6,9 @@
 #include <unknwn.h>
 
 /// The host's log. The library calls it on whichever thread has something to say, perhaps while it holds its own lock:
-/// a logger that calls back into the library on the same thread is served or refused, never deadlocked.
-/// In each operation both texts stay the caller's; results are ignored.
+/// a logger that calls back into the library on the same thread is served or refused, never deadlocked. Such a call
+/// logs in its turn: a logger must not answer every entry with one. In each operation both texts stay the caller's;
+/// results are ignored.
 struct IHostLogger : IUnknown {
     static constexpr IID kId = {0xD320790B, 0xD7C2, 0x4757, {0xA1, 0xCA, 0x8C, 0x0F, 0x82, 0x97, 0x58, 0x45}};
 

@@ -14,10 +14,12 @@ using GetCreatedJavaVMsFunction = jint(JNICALL*)(JavaVM**, jsize, jsize*);
 
 JavaVM* FindMachine() {
     HMODULE const library = GetModuleHandleW(L"jvm.dll");
-    void* const function = library ? reinterpret_cast<void*>(GetProcAddress(library, "JNI_GetCreatedJavaVMs")) : nullptr;
+    void* const function =
+        library ? reinterpret_cast<void*>(GetProcAddress(library, "JNI_GetCreatedJavaVMs")) : nullptr;
     JavaVM* machine = nullptr;
     jsize count = 0;
-    if (!function || reinterpret_cast<GetCreatedJavaVMsFunction>(function)(&machine, 1, &count) != JNI_OK || count != 1) {
+    if (!function || reinterpret_cast<GetCreatedJavaVMsFunction>(function)(&machine, 1, &count) != JNI_OK ||
+        count != 1) {
         throw std::runtime_error("no Java machine runs in this process");
     }
     return machine;
@@ -71,8 +73,8 @@ std::vector<std::string> TellJavaCalls() {
     java.Check();
     const jobject object = java->NewObject(calls, java->GetMethodID(calls, "<init>", "()V"));
     java.Check();
-    const auto told = static_cast<jstring>(
-        java->CallObjectMethod(object, java->GetMethodID(calls, "tell", "()Ljava/lang/String;")));
+    const auto told =
+        static_cast<jstring>(java->CallObjectMethod(object, java->GetMethodID(calls, "tell", "()Ljava/lang/String;")));
     java.Check();
     std::string text(static_cast<std::size_t>(java->GetStringUTFLength(told)), '\0');
     java->GetStringUTFRegion(told, 0, java->GetStringLength(told), text.data());

@@ -62,6 +62,7 @@ TEST_F(CRMICommManagerFacadeTest, TheManagerIsMadeByTheFirstCallThatNeedsIt) {
 TEST_F(CRMICommManagerFacadeTest, ThreadsThatComeAtOnceGetTheSameManager) {
     std::vector<CRMICommManagerImpl*> managers(16);
     std::vector<std::thread> threads;
+    threads.reserve(managers.size());
     for (CRMICommManagerImpl*& manager : managers) {
         threads.emplace_back([&] { manager = &m_facade->GetImpl(); });
     }
@@ -152,6 +153,20 @@ TEST_F(CRMICommManagerFacadeTest, ItsEndOnTheStartingThreadDisposesTheClient) {
     EXPECT_EQ(Fake().GetGlobalReferences(), 0);
     EXPECT_EQ(Fake().GetCallCount("DestroyJavaVM"), 0);
     EXPECT_EQ(m_callback.CountReferences(), 0);
+}
+
+TEST_F(CRMICommManagerFacadeTest, WhatALastReleaseStartsAtItsEndEndsWithIt) {
+    ASSERT_EQ(m_facade->RegisterDataDumpCallback(L"", L"", L"", &m_callback), S_OK);
+    CRMICommManagerFacade& facade = *m_facade;
+    m_callback.SetLastRelease([&] {
+        EXPECT_EQ(facade.UnregisterDataDumpCallback(L"", L"", L"", &m_callback), S_OK);
+        EXPECT_EQ(facade.DumpData<IUnknown>(L"", L"", L"", 1, kNamelessKind, nullptr), S_OK);
+    });
+
+    m_facade.reset();
+
+    EXPECT_EQ(MethodCalls().back(), "DesktopMessageClient.dispose()");
+    EXPECT_EQ(Fake().GetGlobalReferences(), 0);
 }
 
 }  // namespace

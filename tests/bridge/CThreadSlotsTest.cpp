@@ -4,6 +4,8 @@
 
 #include "CAllocationFault.h"
 #include "CFakeJvmTest.h"
+#include "CHresultException.h"
+#include "CImportHook.h"
 #include "RunOnNewThread.h"
 
 namespace {
@@ -73,19 +75,49 @@ TEST_F(CThreadSlotsTest, RunningTheCleanerIsForTheCallingThreadAlone) {
     EXPECT_EQ(g_cleaned, 1);
 }
 
-TEST_F(CThreadSlotsTest, ACleanerWithoutRoomCleansAtOnce) {
+TEST_F(CThreadSlotsTest, ACleanerWithoutRoomIsNotLeftInTheSlot) {
     for (long nth = 1;; ++nth) {
-        g_cleaned = 0;
         const CAllocationFault fault(nth);
         try {
             m_slots.SetCleaner(Manager(), &NoteCleaning);
             break;
         } catch (const std::bad_alloc&) {
-            EXPECT_EQ(g_cleaned, nth == 1 ? 0 : 1) << "none was made yet, or it ran";
+            g_cleaned = 0;
+            m_slots.RunCleaner();
+            EXPECT_EQ(g_cleaned, 0) << nth;
         }
     }
     m_slots.RunCleaner();
     EXPECT_EQ(g_cleaned, 1);
+}
+
+BOOL WINAPI StoreNothing(DWORD, void*) {
+    return FALSE;
+}
+
+TEST_F(CThreadSlotsTest, AThreadForWhichTheSystemHasNoStorageIsRefused) {
+    RunOnNewThread([&] {
+        const CImportHook noStorage(GetModuleHandleW(nullptr), "TlsSetValue", AddressOf(&StoreNothing));
+        EXPECT_THROW(m_slots.AttachThread(Machine()), std::bad_alloc);
+        EXPECT_THROW(m_slots.SetCleaner(Manager(), &NoteCleaning), std::bad_alloc);
+    });
+
+    EXPECT_EQ(Calls(), Names{});
+}
+
+DWORD WINAPI GiveNoIndex() {
+    SetLastError(ERROR_NO_SYSTEM_RESOURCES);
+    return TLS_OUT_OF_INDEXES;
+}
+
+TEST_F(CThreadSlotsTest, WithoutAnIndexOfStorageThereAreNoSlots) {
+    const CImportHook noIndex(GetModuleHandleW(nullptr), "TlsAlloc", AddressOf(&GiveNoIndex));
+    try {
+        const CThreadSlots slots;
+        ADD_FAILURE() << "made";
+    } catch (const CHresultException& exception) {
+        EXPECT_EQ(exception.GetResult(), HRESULT_FROM_WIN32(ERROR_NO_SYSTEM_RESOURCES));
+    }
 }
 
 TEST_F(CThreadSlotsTest, AThreadIsAttachedOnceForItsLife) {

@@ -172,10 +172,11 @@ TEST_F(DumpDataStartTest, AStartThatFailsIsNotTriedAgain) {
 
     const Texts logged = NewLogged();
     ASSERT_EQ(logged.size(), 2U);
-    EXPECT_EQ(logged[0],
-              L"error: Failed to SetCurrentServerConfig in long __cdecl "
-              L"CRMICommManagerImpl::SetCurrentServerConfig(const wchar_t *,const wchar_t *,const wchar_t *) because of "
-              L"previous RMI manager initialization failure");
+    EXPECT_EQ(
+        logged[0],
+        L"error: Failed to SetCurrentServerConfig in long __cdecl "
+        L"CRMICommManagerImpl::SetCurrentServerConfig(const wchar_t *,const wchar_t *,const wchar_t *) because of "
+        L"previous RMI manager initialization failure");
     EXPECT_EQ(m_manager->GetState(), ManagerState::eInitFailed);
 }
 

@@ -12,8 +12,8 @@
 constexpr int kAllWell = 42;
 
 /// What every scenario needs around the library: a COM host that the library finds, and an installation in the registry
-/// for the product that the command line names. It lives to the process's end, as the library may hold on to its objects
-/// as long.
+/// for the product that the command line names. It lives to the process's end, as the library may hold on to its
+/// objects as long.
 class CEndingHost {
 public:
     /// Throws std::runtime_error.

@@ -8,8 +8,8 @@
 #include <thread>
 #include <utility>
 
-/// A thread of the host's that does its work, says so, and lives on until it is told to end; one that is not told so, to
-/// the end of the process.
+/// A thread of the host's that does its work, says so, and lives on until it is told to end; one that is not told so,
+/// to the end of the process.
 class CHostThread {
 public:
     /// Returns when the work is done.

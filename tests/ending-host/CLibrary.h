@@ -48,8 +48,7 @@ private:
     using GetInstance = CRMICommManager& (*)();
     using DumpData = long (*)(CRMICommManager*, const wchar_t*, const wchar_t*, const wchar_t*, unsigned __int64,
                               unsigned char, IUnknown*);
-    using Registration = long (*)(CRMICommManager*, const wchar_t*, const wchar_t*, const wchar_t*,
-                                  IDataDumpCallback*);
+    using Registration = long (*)(CRMICommManager*, const wchar_t*, const wchar_t*, const wchar_t*, IDataDumpCallback*);
 
     template <typename Function>
     [[nodiscard]] Function Find(const char* name) const {

@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include <atomic>
-#include <cstdint>
+#include <cstring>
 #include <map>
 #include <stdexcept>
 #include <vector>
@@ -15,6 +15,9 @@
 #include "DataType.h"
 #include "JavaWitness.h"
 
+/// Of the library beside this program, which is told of the process's end.
+extern "C" __declspec(dllimport) void CallAtTheEnd(void (*call)());
+
 namespace {
 
 using Reports = CRecordingCallback::Reports;
@@ -25,14 +28,26 @@ constexpr char kDispose[] = "DesktopMessageClient.dispose()";
 
 // ---- the ends of processes ----------------------------------------------------------------------------------------
 
-/// The whole of a simple life: a start, an answer, a switch.
+/// Ends the process with another code when it is released: nothing may be, once the process is ending.
+CRecordingCallback& UnreleasedCallback() {
+    static auto* const callback = [] {
+        auto* const made = new CRecordingCallback;  // to the process's end, like what refers to it
+        made->SetLastRelease([] { TerminateProcess(GetCurrentProcess(), 99); });
+        return made;
+    }();
+    return *callback;
+}
+
+/// The whole of a simple life: a start, an answer, a switch. At its end nothing is called: Java's dispose, or the
+/// release of the callback, would end the process with a code of its own.
 void ReturnFromMain(CEndingHost& host) {
-    static CRecordingCallback callback;  // to the process's end, like what refers to it
+    CRecordingCallback& callback = UnreleasedCallback();
     CLibrary library;
     host.Expect(library.Register(L"rmi://first?onStartup=welcome", &callback) == S_OK, "a callback is registered");
     host.Expect(library.Dump(L"rmi://first?onStartup=welcome", eStartup) == S_OK, "the start-up is sent");
     host.Expect(callback.Told() == Reports{{eStartup, L"welcome"}}, "the answer is heard");
-    host.Expect(library.Dump(L"rmi://second?onStartup=hello", eStartup) == S_OK, "and sent to another server");
+    host.Expect(library.Dump(L"rmi://second?onStartup=hello&halt=dispose", eStartup) == S_OK,
+                "and sent to another server");
     host.Expect(callback.Told().size() == 2 && callback.Told()[1].second == L"hello", "whose answer is heard");
     host.Expect(CountJavaCalls("DesktopMessageClient.initialize(") == 2, "which was switched to");
     library.Keep();
@@ -58,8 +73,7 @@ void ReturnWithAttachedWorkers(CEndingHost& host) {
 
 /// Has a thread of its own call Java, which does not return; comes back once Java has been entered.
 void StayInJava(const CLibrary& library) {
-    const std::wstring file =
-        std::wstring(TestPaths::kRuntimes) + L"\\stays " + std::to_wstring(GetCurrentProcessId());
+    const std::wstring file = std::wstring(TestPaths::kRuntimes) + L"\\stays " + std::to_wstring(GetCurrentProcessId());
     DeleteFileW(file.c_str());
     std::thread([&library, url = L"rmi://first?stay=" + file] {
         static_cast<void>(library.Dump(url, eStartup));
@@ -80,6 +94,27 @@ void ReturnWithTheStartingThreadInJava(CEndingHost& host) {
     auto* const library = new CLibrary;
     StayInJava(*library);
     host.Expect(CountJavaCalls("DesktopMessageClient.onStartup(") == 1, "the thread that started the bridge is there");
+}
+
+CLibrary* g_calledAtTheEnd = nullptr;
+
+void CallTheLibrary() {
+    const bool isRefused = g_calledAtTheEnd->Dump(kUrl, kNamelessKind) == E_FAIL;
+    const bool isIgnored = g_calledAtTheEnd->Unregister(kUrl, &UnreleasedCallback()) == S_OK &&
+                           g_calledAtTheEnd->Register(kUrl, &UnreleasedCallback()) == S_OK;
+    TerminateProcess(GetCurrentProcess(), isRefused && isIgnored ? kAllWell : 1);
+}
+
+/// Out of another library's end, while a thread that is gone holds the manager's lock for ever.
+void CallWhenTheProcessIsEnding(CEndingHost& host) {
+    g_calledAtTheEnd = new CLibrary;
+    host.Expect(g_calledAtTheEnd->Register(kUrl, &UnreleasedCallback()) == S_OK, "a callback is registered");
+    host.Expect(g_calledAtTheEnd->Dump(kUrl, kNamelessKind) == S_OK, "the bridge starts");
+    StayInJava(*g_calledAtTheEnd);
+    CallAtTheEnd(&CallTheLibrary);
+    if (host.GetExitCode() == kAllWell) {
+        ExitProcess(3);  // unless the call has the last word
+    }
 }
 
 void ExitFromAWorkerWithAnotherInJava(CEndingHost& host) {
@@ -108,6 +143,47 @@ void EndTheStartingThread(CEndingHost& host) {
 }
 
 // ---- the unload of the library ------------------------------------------------------------------------------------
+
+/// Has the system make no lock, for every module of the process, as long as it lives.
+class CNoLocks {
+public:
+    CNoLocks() {
+        HMODULE const kernel = GetModuleHandleW(L"kernel32.dll");
+        m_function = reinterpret_cast<void*>(GetProcAddress(kernel, "InitializeCriticalSectionAndSpinCount"));
+        std::memcpy(m_original, m_function, sizeof(m_original));
+        Write(kReturnFalse);
+    }
+    ~CNoLocks() { Write(m_original); }
+
+    CNoLocks(const CNoLocks&) = delete;
+    CNoLocks& operator=(const CNoLocks&) = delete;
+
+private:
+    static constexpr BYTE kReturnFalse[] = {0x31, 0xC0, 0xC3};  // xor eax, eax; ret
+
+    void Write(const BYTE* code) {
+        DWORD protection = 0;
+        VirtualProtect(m_function, sizeof(m_original), PAGE_EXECUTE_READWRITE, &protection);
+        std::memcpy(m_function, code, sizeof(m_original));
+        VirtualProtect(m_function, sizeof(m_original), protection, &protection);
+    }
+
+    void* m_function;
+    BYTE m_original[sizeof(kReturnFalse)];
+};
+
+/// The library cannot be without its lock: what it throws then goes no further than the loader.
+void FailToLoadWithoutALock(CEndingHost& host) {
+    {
+        const CNoLocks noLocks;
+        host.Expect(LoadLibraryW(TestPaths::kProduct) == nullptr, "the library does not load");
+    }
+    CRecordingCallback callback;
+    CLibrary library;
+    host.Expect(library.Register(kUrl, &callback) == S_OK, "later it does, and works");
+    host.Expect(library.Free(), "the library is gone");
+    host.ExpectReleased();
+}
 
 void FreeBeforeAnyStart(CEndingHost& host) {
     CRecordingCallback callback;
@@ -193,6 +269,7 @@ void ManyThreads(CEndingHost& host) {
     std::vector<CRecordingCallback> callbacks(kThreads);
     for (int round = 0; round < 5; ++round) {
         std::vector<std::thread> threads;
+        threads.reserve(kThreads);
         for (CRecordingCallback& callback : callbacks) {
             threads.emplace_back([&] {
                 const std::wstring url = L"rmi://first?onStartup=" + std::to_wstring(GetCurrentThreadId());
@@ -227,8 +304,10 @@ void AThousandShortLivedThreads(CEndingHost& host) {
     std::thread spawner([&] {
         for (int i = 0; i < kThreads; i += kAtOnce) {
             std::vector<std::thread> threads;
+            threads.reserve(kAtOnce);
             for (int j = 0; j < kAtOnce; ++j) {
-                threads.emplace_back([&] { failures += library.Dump(L"rmi://first?garbage=onStartup", eStartup) != S_OK; });
+                threads.emplace_back(
+                    [&] { failures += library.Dump(L"rmi://first?garbage=onStartup", eStartup) != S_OK; });
             }
             for (std::thread& thread : threads) {
                 thread.join();
@@ -302,7 +381,9 @@ const std::map<std::string, void (*)(CEndingHost&)> kScenarios = {
     {"ReturnWithAWorkerInJava", &ReturnWithAWorkerInJava},
     {"ReturnWithTheStartingThreadInJava", &ReturnWithTheStartingThreadInJava},
     {"ExitFromAWorkerWithAnotherInJava", &ExitFromAWorkerWithAnotherInJava},
+    {"CallWhenTheProcessIsEnding", &CallWhenTheProcessIsEnding},
     {"EndTheStartingThread", &EndTheStartingThread},
+    {"FailToLoadWithoutALock", &FailToLoadWithoutALock},
     {"FreeBeforeAnyStart", &FreeBeforeAnyStart},
     {"FreeOnTheStartingThread", &FreeOnTheStartingThread},
     {"FreeOnAnotherThread", &FreeOnAnotherThread},

@@ -76,5 +76,6 @@ public class DesktopMessageClient {
 
     public void dispose() {
         Calls.note("DesktopMessageClient.dispose()");
+        orders.haltIn("dispose");
     }
 }
