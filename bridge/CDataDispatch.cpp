@@ -21,6 +21,7 @@ constexpr wchar_t kClientDescriptor[] =
 constexpr const wchar_t* kClientVersion[] = {L"6", L"2", L"0", L"3274634"};
 
 constexpr wchar_t kEventNotSent[] = L"Failed to send user event %s for user %s to the message server.  %s";
+constexpr wchar_t kNoUser[] = L"NULL";
 constexpr wchar_t kDataNotSent[] = L"Failed to send data with type %s to the message server.  %s";
 constexpr wchar_t kStartupNotTold[] = L"Failed to CallCallback for eStartup:(%s, %s, %s)";
 
@@ -146,8 +147,8 @@ void CDataDispatch::LogNotSent(const std::wstring& exceptionText) const {
         return;
     }
     CBstr userLabel;
-    static_cast<void>(m_session->get_userLabel(userLabel.Receive()));
-    m_log.Error(kEventNotSent, typeName.GetText(), userLabel.GetText(), exceptionText.c_str());
+    const bool isNamed = SUCCEEDED(m_session->get_userLabel(userLabel.Receive()));
+    m_log.Error(kEventNotSent, typeName.GetText(), isNamed ? userLabel.GetText() : kNoUser, exceptionText.c_str());
 }
 
 HRESULT CDataDispatch::TellCallbacks(DataType type, const wchar_t* failure, const std::wstring& text) const {

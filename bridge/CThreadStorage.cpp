@@ -31,8 +31,8 @@ void HaveBoostTakeItsIndex() {
     boost::on_thread_exit();
 }
 
-/// An index taken after Boost's is above it, as the system gives the lowest that is free: where a thread has storage for
-/// this one, it has for Boost's.
+/// An index taken after Boost's is above it, as the system gives the lowest that is free: where a thread has storage
+/// for this one, it has for Boost's.
 DWORD TakeIndexAboveBoosts() {
     HaveBoostTakeItsIndex();
     return RequireIndex();

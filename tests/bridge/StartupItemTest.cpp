@@ -81,8 +81,7 @@ TEST_F(StartupAnswerTest, AnAnswerThatNobodyHearsFailsTheCall) {
 
     EXPECT_EQ(Dump(eStartup), E_FAIL);
 
-    EXPECT_EQ(LoggedSinceStart(),
-              Texts{L"error: Failed to CallCallback for eStartup:(rmi://one, token, certificate)"});
+    EXPECT_EQ(LoggedSinceStart(), Texts{L"error: Failed to CallCallback for eStartup:(rmi://one, token, certificate)"});
 }
 
 TEST_F(StartupAnswerTest, NullTextsAreCalledNullThere) {
@@ -145,8 +144,9 @@ TEST_F(StartupItemTest, AServerThatCannotBeReachedHasAResultOfItsOwn) {
 
     EXPECT_EQ(Dump(eStartup), kServerNotReached);
 
-    EXPECT_EQ(LoggedSinceStart().back(),
-              L"error: Failed to send data with type eStartup to the message server.  java.rmi.ConnectException: refused");
+    EXPECT_EQ(
+        LoggedSinceStart().back(),
+        L"error: Failed to send data with type eStartup to the message server.  java.rmi.ConnectException: refused");
 }
 
 TEST_F(StartupItemTest, DataThatIsASessionIsLoggedWithItsUser) {
@@ -163,7 +163,7 @@ TEST_F(StartupItemTest, DataThatIsASessionIsLoggedWithItsUser) {
     Host().Record().Fail("IUserSessionInfo::get_userLabel", 1, E_ACCESSDENIED);
     EXPECT_EQ(Dump(eStartup, data.Get()), E_FAIL);
     EXPECT_EQ(LoggedSinceStart().back(),
-              L"error: Failed to send user event eStartup for user  to the message server.  no answer");
+              L"error: Failed to send user event eStartup for user NULL to the message server.  no answer");
 }
 
 TEST_F(StartupItemTest, DataThatIsNoSessionIsLoggedAsData) {
