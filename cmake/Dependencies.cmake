@@ -1,4 +1,4 @@
-# What tools/setup.sh brings: Boost, the JNI headers, the Java runtime for Windows.
+# What tools/setup.sh brings: Boost, the JNI headers, the Java runtime for Windows, Java libraries.
 
 set(TELVAR_CACHE "" CACHE PATH "Folder that tools/setup.sh fills (default: as that script chooses)")
 if(NOT TELVAR_CACHE)
@@ -14,9 +14,14 @@ endif()
 set(BOOST_ROOT_DIR ${telvar_cache}/boost-1.74.0 CACHE PATH "Folder with include/boost and libs/thread/src")
 set(JNI_INCLUDE_DIR ${telvar_cache}/jni-21.0.8.2 CACHE PATH "Folder with jni.h and win32/jni_md.h")
 set(JRE_DIR ${telvar_cache}/jre-11.0.13.1 CACHE PATH "A 64-bit Java runtime for Windows, for the tests")
+set(JAVA_LIBRARY_DIR ${telvar_cache}/java-libraries CACHE PATH "Folder with the archives of Java libraries")
+set(GSON_ARCHIVE ${JAVA_LIBRARY_DIR}/gson-2.10.1.jar)
+set(JUNIT_ARCHIVE ${JAVA_LIBRARY_DIR}/junit-platform-console-standalone-1.10.2.jar)
+set(PICOCLI_ARCHIVE ${JAVA_LIBRARY_DIR}/picocli-4.7.6.jar)
 
 foreach(needed ${BOOST_ROOT_DIR}/include/boost/version.hpp ${BOOST_ROOT_DIR}/libs/thread/src/win32/thread.cpp
-        ${JNI_INCLUDE_DIR}/jni.h ${JRE_DIR}/bin/server/jvm.dll)
+        ${JNI_INCLUDE_DIR}/jni.h ${JRE_DIR}/bin/server/jvm.dll ${GSON_ARCHIVE}
+        ${JUNIT_ARCHIVE} ${PICOCLI_ARCHIVE})
   if(NOT EXISTS ${needed})
     message(FATAL_ERROR "${needed} is missing: run tools/setup.sh, or set the paths in cmake/Dependencies.cmake")
   endif()

@@ -8,6 +8,7 @@ if(NOT result EQUAL 0)
   message(FATAL_ERROR "${PROGRAM} cannot list its tests (${result}): ${listing}")
 endif()
 string(REPLACE "|" ";" ENVIRONMENT "${ENVIRONMENT}")
+string(REPLACE "|" ";" RUNNER "${RUNNER}")
 string(REGEX REPLACE "\r?\n" ";" lines "${listing}")
 
 set(names "")

@@ -1,8 +1,5 @@
 # How this project makes its test programs.
 
-find_program(JAVAC javac REQUIRED)
-find_program(JAR jar REQUIRED)
-
 # The path of a file as the programs under test see it: Wine shows the build machine's files on drive Z.
 function(telvar_windows_path output path)
   cmake_path(NATIVE_PATH path NORMALIZE native)
@@ -16,10 +13,11 @@ endfunction()
 #   SOURCES ... USES ...
 #   ONE_ENTRY_PER TEST|SUITE   what one ctest entry, that is one process, runs
 #   ALSO_CHECKED               a second entry each, named "checked/...", with the Java machine's own checks
+#   BESIDE ...                 a command, with its arguments, that runs the program beside something it needs
 #   ENVIRONMENT ...            NAME=value for its runs
 #   DEPENDS ...                targets that its runs need)
 function(telvar_test_program name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "ALSO_CHECKED" "ONE_ENTRY_PER" "SOURCES;USES;ENVIRONMENT;DEPENDS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "ALSO_CHECKED" "ONE_ENTRY_PER" "SOURCES;USES;BESIDE;ENVIRONMENT;DEPENDS")
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE telvar_settings test_bed ${arg_USES})
   if(arg_DEPENDS)
@@ -27,10 +25,11 @@ function(telvar_test_program name)
   endif()
 
   set(entries ${CMAKE_CURRENT_BINARY_DIR}/${name}_entries.cmake)
-  set(runner "")
+  set(runner ${arg_BESIDE})
   if(NOT CMAKE_HOST_WIN32)
-    set(runner ${CMAKE_SOURCE_DIR}/tests/bed/whole-run)
+    list(APPEND runner ${CMAKE_SOURCE_DIR}/tests/bed/whole-run)
   endif()
+  list(JOIN runner "|" runner)
   set(checked "")
   if(arg_ALSO_CHECKED AND NOT CMAKE_HOST_WIN32)
     set(checked ${CMAKE_SOURCE_DIR}/tests/bed/jni-checked-run)

@@ -17,7 +17,7 @@ die() { printf 'setup: %s\n' "$*" >&2; exit 1; }
 # ---- packages -------------------------------------------------------------------------------------------
 
 packages=(wine64 g++-mingw-w64-x86-64-posix mingw-w64-tools cmake ninja-build googletest libboost-dev
-          openjdk-17-jdk-headless python3 unzip xz-utils
+          openjdk-17-jdk-headless maven python3 unzip xz-utils
           clang-14 lld-14 llvm-14)  # the import library for Microsoft's linker, and a test host of that linker's
 for group in "$@"; do
   case $group in
@@ -121,6 +121,23 @@ ensure_boost() {
   publish "$work/tree" "$cache/boost-$boost_version"
 }
 
+# A library of Java's, from Maven's central repository: its archive alone, as $cache/java-libraries/NAME-VERSION.jar.
+ensure_java_library() { # GROUP:NAME VERSION SHA256
+  local file=${1#*:}-$2.jar
+  [ ! -e "$cache/java-libraries/$file" ] || return 0
+  say "fetching the Java library $1 $2"
+  local work; work=$(mktemp -d "$cache/work.XXXXXX")
+  mvn --quiet --batch-mode "-Dmaven.repo.local=$cache/maven" \
+    org.apache.maven.plugins:maven-dependency-plugin:3.6.1:get -Dtransitive=false "-Dartifact=$1:$2" \
+    >"$cache/maven.log" 2>&1 </dev/null ||
+    die "the Java library $1 $2 could not be fetched (see $cache/maven.log); run again with a network"
+  local group=${1%%:*}
+  cp "$cache/maven/${group//.//}/${1#*:}/$2/$file" "$work/$file"
+  check_hash "$work/$file" "$3"
+  mkdir -p "$cache/java-libraries"
+  mv "$work/$file" "$cache/java-libraries/$file"
+}
+
 # ---------------------------------------------------------------------------------------------------------
 
 command -v dpkg-query >/dev/null || die "needs Debian 12 or a release of it; elsewhere see README.md, \"Building on Windows\""
@@ -133,4 +150,7 @@ install_packages "${packages[@]}"
 ensure_jre
 ensure_jni_headers
 ensure_boost
+ensure_java_library com.google.code.gson:gson 2.10.1 4241c14a7727c34feea6507ec801318a3d4a90f070e4525681079fb94ee4c593
+ensure_java_library info.picocli:picocli 4.7.6 ed441183f309b93f104ca9e071e314a4062a893184e18a3c7ad72ec9cba12ba0
+ensure_java_library org.junit.platform:junit-platform-console-standalone 1.10.2 a1de557821293ce903c213c694165fff532cf92081bac4238b9e05b35f04f43f
 say "everything is there (archives in $cache)"

@@ -7,7 +7,8 @@
 
 #include "CFakeBridgeTest.h"
 
-inline constexpr char kClient[] = "com/orvane/kelbrin/adapters/tolmcommon/communication/rmi/client/DesktopMessageClient";
+inline constexpr char kClient[] =
+    "com/orvane/kelbrin/adapters/tolmcommon/communication/rmi/client/DesktopMessageClient";
 inline constexpr char kConnection[] = "com/orvane/kelbrin/adapters/tolmcommon/datamodel/DesktopConnection";
 inline constexpr wchar_t kUrl[] = L"rmi://one";
 inline constexpr wchar_t kToken[] = L"token";

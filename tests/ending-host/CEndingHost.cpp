@@ -21,7 +21,7 @@ void SetText(const std::wstring& product, const wchar_t* name, const std::wstrin
 
 CEndingHost::CEndingHost(const std::wstring& product) {
     SetText(product, L"JrePath", TestPaths::kRealRuntime);
-    SetText(product, L"ClassPath", TestPaths::kContractFolder);
+    SetText(product, L"ClassPath", TestPaths::kRecordingClientFolder);
     SetText(product, L"LogDirectory", L"C:\\Logs");
     SetText(product, L"ConfigDirectory", L"C:\\Config");
     if (CoInitializeEx(nullptr, COINIT_MULTITHREADED) != S_OK) {

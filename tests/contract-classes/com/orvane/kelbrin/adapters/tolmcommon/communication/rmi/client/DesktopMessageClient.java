@@ -4,33 +4,25 @@ import com.orvane.kelbrin.adapters.tolmcommon.datamodel.DesktopConnection;
 import com.orvane.kelbrin.adapters.tolmcommon.datamodel.DesktopInformation;
 import com.orvane.kelbrin.adapters.tolmcommon.datamodel.Sample;
 import com.orvane.kelbrin.adapters.tolmcommon.datamodel.UserSession;
-import java.rmi.ConnectException;
 import java.util.Map;
 
-/**
- * Stand-in: has the constructors and methods that the library binds, and notes their calls. The URL of the message server
- * may carry orders, for hosts that know nothing of Java: {@code rmi://host?onStartup=welcome}.
- */
+/** Stand-in: has the constructors and methods that the library binds, and notes their calls. */
 public class DesktopMessageClient {
-    private final Orders orders = new Orders();
-
     public DesktopMessageClient() {
         Calls.note("DesktopMessageClient()");
     }
 
-    public void initialize(String a, String b) throws ConnectException {
+    public void initialize(String a, String b) {
         Calls.note("DesktopMessageClient.initialize(" + a + ", " + b + ")");
-        orders.obey("initialize");
     }
 
     public void setProviderUrl(String value) {
         Calls.note("DesktopMessageClient.setProviderUrl(" + value + ")");
-        orders.read(value);
     }
 
-    public String onStartup(String a, DesktopConnection b) throws ConnectException {
+    public String onStartup(String a, DesktopConnection b) {
         Calls.note("DesktopMessageClient.onStartup(" + a + ", " + b + ")");
-        return orders.obey("onStartup");
+        return null;
     }
 
     public String onUserLogon(DesktopConnection a, DesktopInformation b, long c, UserSession d) {
@@ -76,6 +68,5 @@ public class DesktopMessageClient {
 
     public void dispose() {
         Calls.note("DesktopMessageClient.dispose()");
-        orders.haltIn("dispose");
     }
 }

@@ -1,0 +1,93 @@
+package com.orvane.kelbrin.adapters.tolmcommon.communication.rmi.client;
+
+import com.orvane.kelbrin.adapters.tolmcommon.communication.rmi.common.ClientCall;
+import com.orvane.kelbrin.adapters.tolmcommon.communication.rmi.common.InstanceLoggerFactory;
+import com.orvane.kelbrin.adapters.tolmcommon.communication.rmi.common.MessageClientSocketFactory;
+import com.orvane.kelbrin.adapters.tolmcommon.communication.rmi.common.MessageServer;
+import java.rmi.ConnectException;
+import java.rmi.ConnectIOException;
+import java.rmi.NoSuchObjectException;
+import java.rmi.NotBoundException;
+import java.rmi.Remote;
+import java.rmi.RemoteException;
+import java.rmi.UnknownHostException;
+import java.rmi.registry.LocateRegistry;
+import java.rmi.registry.Registry;
+import java.util.logging.Logger;
+
+/**
+ * The way to one message server, with one certificate or none. Finds the server anew when it was away meanwhile. For
+ * any number of threads at once; nothing is locked while the server is called.
+ */
+final class ServerConnection {
+    /** One method of the server. */
+    interface Call<T> {
+        T to(MessageServer server) throws RemoteException;
+    }
+
+    private static final Logger LOGGER = InstanceLoggerFactory.getLogger();
+
+    private final ProviderUrl url;
+    private final MessageClientSocketFactory sockets;
+    private volatile MessageServer server;
+
+    ServerConnection(ProviderUrl url, MessageClientSocketFactory sockets) {
+        this.url = url;
+        this.sockets = sockets;
+    }
+
+    /** @throws RemoteException if the server cannot be reached or is not to be trusted */
+    void open() throws RemoteException {
+        server = find();
+        LOGGER.info("connected to " + url + (sockets.isSecure() ? " over TLS" : ""));
+    }
+
+    /** Calls the server; a second time only where it cannot have heard the first. */
+    <T> T make(Call<T> call) throws RemoteException {
+        MessageServer known = server;
+        if (known != null) {
+            try {
+                return make(call, known);
+            } catch (ConnectException | ConnectIOException | UnknownHostException | NoSuchObjectException unheard) {
+                LOGGER.info("looking for " + url + " anew: " + unheard.getClass().getName());
+            }
+        }
+        open();
+        return make(call, server);
+    }
+
+    private <T> T make(Call<T> call, MessageServer target) throws RemoteException {
+        return new ClientCall(sockets).run(() -> call.to(target));
+    }
+
+    /** Without JNDI, for which runtimes may lack the RMI provider. */
+    private MessageServer find() throws RemoteException {
+        ClientCall call = new ClientCall(sockets);
+        Remote found = call.run(this::lookUp);
+        if (!(found instanceof MessageServer)) {
+            throw new ConnectException("what is registered at " + url + " is no message server");
+        }
+        if (!call.referenceUsesOwnFactory()) {
+            checkForeignSockets();
+        }
+        return (MessageServer) found;
+    }
+
+    /** Failures that only tell that there is no server are told as what the bridge knows as such. */
+    private Remote lookUp() throws RemoteException {
+        try {
+            Registry registry = LocateRegistry.getRegistry(url.host(), url.port(), sockets);
+            return registry.lookup(url.name());
+        } catch (NotBoundException | UnknownHostException away) {
+            throw new ConnectException("no message server is registered at " + url, away);
+        }
+    }
+
+    /** The server's reference brings sockets of the runtime's own: plain ones, without our timeouts. */
+    private void checkForeignSockets() throws ConnectIOException {
+        if (sockets.isSecure()) {
+            throw new ConnectIOException("the message server at " + url + " is registered over TLS but called without");
+        }
+        LOGGER.warning("calls to " + url + " have no timeouts: the server's reference does not ask for them");
+    }
+}
