@@ -52,18 +52,15 @@ public class DesktopMessageClient {
     }
 
     /**
-     * Connects to the server, so that the caller hears at once if it cannot be reached. It is not given up then: the
-     * next call tries again.
+     * Says how to connect. The first call connects: a server that cannot be reached, or is not to be trusted, shows there,
+     * where the bridge tells its host so.
      *
      * @param configDirectory not needed: this client keeps no settings in files
-     * @param certificate the server's certificate as PEM or its bare Base64 text, for TLS with exactly this
-     *     certificate; null or blank for a connection without TLS
+     * @param certificate the server's certificate as PEM or its bare Base64 text, for TLS with exactly this certificate;
+     *     null or blank for a connection without TLS
      * @throws CertificateException if there is no certificate in the text
-     * @throws RemoteException if the server cannot be reached, or shows another certificate, or the certificate has
-     *     expired
      */
-    public void initialize(String configDirectory, String certificate) throws RemoteException, CertificateException {
-        ServerConnection opened;
+    public void initialize(String configDirectory, String certificate) throws CertificateException {
         synchronized (lock) {
             checkNotDisposed();
             if (url == null) {
@@ -72,13 +69,6 @@ public class DesktopMessageClient {
             // Whatever the certificate turns out to be, the connection that trusts the former one is not used again.
             connection = null;
             connection = new ServerConnection(url, MessageClientSocketFactory.ofClient(pinOrNull(certificate)));
-            opened = connection;
-        }
-        try {
-            opened.open();
-        } catch (RemoteException failure) {
-            logFailure("initialize", failure);
-            throw failure;
         }
     }
 

@@ -36,8 +36,7 @@ final class ServerConnection {
         this.sockets = sockets;
     }
 
-    /** @throws RemoteException if the server cannot be reached or is not to be trusted */
-    void open() throws RemoteException {
+    private void open() throws RemoteException {
         server = find();
         LOGGER.info("connected to " + url + (sockets.isSecure() ? " over TLS" : ""));
     }

@@ -26,6 +26,12 @@ final class Clients {
         return client;
     }
 
+    /** Makes a call, the first of which connects. */
+    static void reach(DesktopMessageClient client, String certificate) throws Exception {
+        client.initialize("", certificate);
+        client.onDesktopPoll(null, 0, null);
+    }
+
     /** By the exception's own text, as the bridge reads it: causes are not looked at. */
     static void assertTellsThatTheServerCannotBeReached(Throwable failure) {
         assertTrue(Stream.of("rmiURLContext", "java.rmi.ConnectException", "java.rmi.ConnectIOException",

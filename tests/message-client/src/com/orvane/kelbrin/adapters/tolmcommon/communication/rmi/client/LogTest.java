@@ -36,13 +36,13 @@ class LogTest {
             DesktopMessageClient client = Clients.connected(server, TestKey.valid().pem());
             client.onUserLogoff(ModelObjects.connection(), 1, ModelObjects.session());
             assertThrows(IllegalStateException.class, () -> client.onStartup(descriptor, ModelObjects.connection()));
-            assertThrows(Exception.class, () -> client.initialize("", TestKey.anotherValid().pem()));
+            assertThrows(Exception.class, () -> Clients.reach(client, TestKey.anotherValid().pem()));
         }
 
         String log = Files.readString(folder.resolve("message-client.0.log"));
         assertEquals(List.of("INFO connected to " + url + " over TLS",
                 "WARNING onStartup failed: java.lang.IllegalStateException",
-                "WARNING initialize failed: java.rmi.ConnectIOException because of javax.net.ssl.SSLHandshakeException"
+                "WARNING onDesktopPoll failed: java.rmi.ConnectIOException because of javax.net.ssl.SSLHandshakeException"
                         + " because of java.security.cert.CertificateException"),
                 log.lines().map(line -> line.replaceAll("^\\S+ (\\w+) \\[\\d+\\]", "$1")).toList());
         for (String secret : List.of(token, ModelObjects.connection().getUniqueId(), "<client>",

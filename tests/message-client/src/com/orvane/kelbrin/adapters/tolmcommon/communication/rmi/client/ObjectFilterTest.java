@@ -101,7 +101,7 @@ class ObjectFilterTest {
         try (TestServer server = new TestServer(null, null, 0, new ForeignSockets())) {
             DesktopMessageClient client = Clients.pointedAt(server.url());
 
-            assertRefused(assertThrows(RemoteException.class, () -> client.initialize("", "")));
+            assertRefused(assertThrows(RemoteException.class, () -> Clients.reach(client, "")));
         }
     }
 

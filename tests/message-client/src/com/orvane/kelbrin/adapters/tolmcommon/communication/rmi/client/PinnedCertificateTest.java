@@ -51,7 +51,7 @@ class PinnedCertificateTest {
             client.onStartup("", ModelObjects.connection());
 
             Throwable refusal = assertThrows(RemoteException.class,
-                    () -> client.initialize("", TestKey.anotherValid().pem()));
+                    () -> Clients.reach(client, TestKey.anotherValid().pem()));
             Throwable second = assertThrows(RemoteException.class,
                     () -> client.onStartup("", ModelObjects.connection()));
 
@@ -112,7 +112,7 @@ class PinnedCertificateTest {
             DesktopMessageClient client = Clients.pointedAt(server.url());
 
             assertTellsThatTheServerCannotBeReached(
-                    assertThrows(RemoteException.class, () -> client.initialize("", " \r\n")));
+                    assertThrows(RemoteException.class, () -> Clients.reach(client, " \r\n")));
         }
     }
 
@@ -129,7 +129,7 @@ class PinnedCertificateTest {
 
     private static Throwable assertRefused(TestServer server, TestKey expected) {
         DesktopMessageClient client = Clients.pointedAt(server.url());
-        Throwable refusal = assertThrows(RemoteException.class, () -> client.initialize("", expected.pem()));
+        Throwable refusal = assertThrows(RemoteException.class, () -> Clients.reach(client, expected.pem()));
         assertTellsThatTheServerCannotBeReached(refusal);
         assertEquals(0, server.calls.size());
         return refusal;

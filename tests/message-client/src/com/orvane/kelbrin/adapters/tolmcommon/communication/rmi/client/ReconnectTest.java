@@ -46,7 +46,7 @@ class ReconnectTest {
             port = free.getLocalPort();
         }
         DesktopMessageClient client = Clients.pointedAt("rmi://" + TestServer.HOST + ":" + port);
-        assertTellsThatTheServerCannotBeReached(assertThrows(RemoteException.class, () -> client.initialize("", "")));
+        assertTellsThatTheServerCannotBeReached(assertThrows(RemoteException.class, () -> Clients.reach(client, "")));
 
         try (TestServer server = new TestServer(null, port)) {
             assertEquals("answer", client.onStartup("", ModelObjects.connection()));
@@ -58,10 +58,11 @@ class ReconnectTest {
     void aStaleReferenceIsLookedUpAnewAndTheCallArrivesOnce() throws Exception {
         try (TestServer server = new TestServer(null)) {
             DesktopMessageClient client = Clients.connected(server);
+            client.onDesktopPoll(ModelObjects.connection(), 0, "");
             server.replaceObject();
 
             assertEquals("answer", client.onStartup("", ModelObjects.connection()));
-            assertEquals(1, server.calls.size());
+            assertEquals(2, server.calls.size());
         }
     }
 
@@ -72,15 +73,20 @@ class ReconnectTest {
             DesktopMessageClient client = Clients.pointedAt(server.url());
 
             assertTellsThatTheServerCannotBeReached(
-                    assertThrows(RemoteException.class, () -> client.initialize("", "")));
+                    assertThrows(RemoteException.class, () -> Clients.reach(client, "")));
         }
+    }
+
+    @Test
+    void initializeAsksNobody() throws Exception {
+        Clients.pointedAt("rmi://no-such-host.invalid").initialize("", TestKey.valid().pem());
     }
 
     @Test
     void anUnknownHostCannotBeReached() {
         DesktopMessageClient client = Clients.pointedAt("rmi://no-such-host.invalid");
 
-        assertTellsThatTheServerCannotBeReached(assertThrows(RemoteException.class, () -> client.initialize("", "")));
+        assertTellsThatTheServerCannotBeReached(assertThrows(RemoteException.class, () -> Clients.reach(client, "")));
     }
 
     @Test
@@ -112,7 +118,7 @@ class ReconnectTest {
             DesktopMessageClient client = Clients.pointedAt("rmi://" + TestServer.HOST + ":" + silent.getLocalPort());
 
             assertTellsThatTheServerCannotBeReached(assertThrows(RemoteException.class,
-                    () -> client.initialize("", TestKey.valid().pem()), shortly.toString()));
+                    () -> Clients.reach(client, TestKey.valid().pem()), shortly.toString()));
         }
     }
 }

@@ -77,21 +77,21 @@ class ServerTlsTest {
     @Test
     void aClientThatHasAnotherCertificateIsNot() throws Exception {
         try (ServerProcess server = ServerProcess.start("--tls", store.toString(), "--password", PASSWORD)) {
-            assertThrows(RemoteException.class, () -> server.connect(otherCertificate));
+            assertThrows(RemoteException.class, () -> server.connect(otherCertificate).onDesktopPoll(null, 0, ""));
         }
     }
 
     @Test
     void aClientThatSpeaksPlainlyIsNot() throws Exception {
         try (ServerProcess server = ServerProcess.start("--tls", store.toString(), "--password", PASSWORD)) {
-            assertThrows(RemoteException.class, () -> server.connect(null));
+            assertThrows(RemoteException.class, () -> server.connect(null).onDesktopPoll(null, 0, ""));
         }
     }
 
     @Test
     void aPlainServerIsNoneForAClientWithACertificate() throws Exception {
         try (ServerProcess server = ServerProcess.start()) {
-            assertThrows(RemoteException.class, () -> server.connect(certificate));
+            assertThrows(RemoteException.class, () -> server.connect(certificate).onDesktopPoll(null, 0, ""));
         }
     }
 
