@@ -4,14 +4,13 @@
 #include <boost/thread/detail/tss_hooks.hpp>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <stdexcept>
 
 #include "CAgentRegistry.h"
 #include "CHostedTest.h"
 #include "CRMICommManagerImpl.h"
 #include "CRecordingCallback.h"
 #include "CThreadSlots.h"
+#include "Road.h"
 #include "RunOnNewThread.h"
 #include "TestPaths.h"
 
@@ -23,36 +22,6 @@ using Reports = CRecordingCallback::Reports;
 
 constexpr unsigned char kNamelessKind = 11;
 constexpr HRESULT kServerNotReached = static_cast<HRESULT>(0x800713AB);
-
-/// What the runner of this test has put into the environment.
-std::wstring FromRunner(const wchar_t* name) {
-    wchar_t value[1024];
-    const DWORD length = GetEnvironmentVariableW(name, value, 1024);
-    if (length == 0 || length >= 1024) {
-        throw std::runtime_error("run by tests/road/with-servers");
-    }
-    return {value, length};
-}
-
-std::wstring PlainUrl() {
-    return FromRunner(L"TELVAR_PLAIN_URL");
-}
-std::wstring TlsUrl() {
-    return FromRunner(L"TELVAR_TLS_URL");
-}
-fs::path RoadFile(const wchar_t* name) {
-    return fs::path(FromRunner(L"TELVAR_ROAD")) / name;
-}
-
-std::string ReadText(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-std::wstring ReadCertificate(const wchar_t* name) {
-    const std::string text = ReadText(RoadFile(name));
-    return {text.begin(), text.end()};
-}
 
 class MessageServerRoadTest : public CHostedTest {
 protected:
@@ -114,18 +83,19 @@ constexpr char kReport[] =
     R"("deviceType":"DESKTOP"}}})";
 
 TEST_F(MessageServerRoadTest, AStartUpReachesTheServerAndItsAnswerTheHost) {
-    EXPECT_EQ(Dump(PlainUrl(), L"", eStartup), S_OK);
+    EXPECT_EQ(Dump(Road::PlainUrl(), L"", eStartup), S_OK);
 
     EXPECT_EQ(m_callback.Told(), (Reports{{eStartup, L"welcome"}}));
-    EXPECT_EQ(ReadText(RoadFile(L"plain.json")), std::string(kReport) + "\n");
+    EXPECT_EQ(Road::ReadText(Road::File(L"plain.json")), std::string(kReport) + "\n");
 }
 
 TEST_F(MessageServerRoadTest, AThreadWithoutAContextClassLoaderReportsLikeTheFirst) {
-    ASSERT_EQ(Dump(PlainUrl(), L"", eStartup), S_OK);
+    ASSERT_EQ(Dump(Road::PlainUrl(), L"", eStartup), S_OK);
 
     RunOnNewThread([&] {
-        EXPECT_EQ(Dump(PlainUrl(), L"", eStartup), S_OK);
-        EXPECT_EQ(Dump(TlsUrl(), ReadCertificate(L"server.pem"), eStartup), S_OK) << "a connection of its own, too";
+        EXPECT_EQ(Dump(Road::PlainUrl(), L"", eStartup), S_OK);
+        EXPECT_EQ(Dump(Road::TlsUrl(), Road::ReadCertificate(L"server.pem"), eStartup), S_OK)
+            << "a connection of its own, too";
     });
 
     EXPECT_EQ(m_callback.Told(), Reports(3, {eStartup, L"welcome"}));
@@ -134,23 +104,23 @@ TEST_F(MessageServerRoadTest, AThreadWithoutAContextClassLoaderReportsLikeTheFir
 TEST_F(MessageServerRoadTest, AFirstCallMayComeFromAThreadThatDidNotStartJava) {
     ASSERT_EQ(m_manager->DumpData<IUnknown>(nullptr, nullptr, nullptr, 1, kNamelessKind, nullptr), S_OK);
 
-    RunOnNewThread([&] { EXPECT_EQ(Dump(PlainUrl(), L"", eStartup), S_OK); });
+    RunOnNewThread([&] { EXPECT_EQ(Dump(Road::PlainUrl(), L"", eStartup), S_OK); });
 
     EXPECT_EQ(m_callback.Told(), (Reports{{eStartup, L"welcome"}}));
 }
 
 TEST_F(MessageServerRoadTest, OverTlsTheCertificateThatTheHostKnowsIsTrusted) {
-    EXPECT_EQ(Dump(TlsUrl(), ReadCertificate(L"server.pem"), eStartup), S_OK);
+    EXPECT_EQ(Dump(Road::TlsUrl(), Road::ReadCertificate(L"server.pem"), eStartup), S_OK);
 
     EXPECT_EQ(m_callback.Told(), (Reports{{eStartup, L"welcome"}}));
-    EXPECT_EQ(ReadText(RoadFile(L"tls.json")), std::string(kReport) + "\n");
+    EXPECT_EQ(Road::ReadText(Road::File(L"tls.json")), std::string(kReport) + "\n");
 }
 
 TEST_F(MessageServerRoadTest, AnotherCertificateIsRefused) {
-    EXPECT_EQ(Dump(TlsUrl(), ReadCertificate(L"other.pem"), eStartup), kServerNotReached);
+    EXPECT_EQ(Dump(Road::TlsUrl(), Road::ReadCertificate(L"other.pem"), eStartup), kServerNotReached);
 
     ExpectNotSent(L"java.rmi.ConnectIOException");
-    EXPECT_EQ(ReadText(RoadFile(L"tls.json")), "") << "nothing got through";
+    EXPECT_EQ(Road::ReadText(Road::File(L"tls.json")), "") << "nothing got through";
 }
 
 TEST_F(MessageServerRoadTest, AServerThatIsNotThereGivesAResultOfItsOwn) {
@@ -160,21 +130,22 @@ TEST_F(MessageServerRoadTest, AServerThatIsNotThereGivesAResultOfItsOwn) {
 }
 
 TEST_F(MessageServerRoadTest, ATextThatIsNoCertificateFailsTheSwitch) {
-    EXPECT_EQ(Dump(TlsUrl(), L"no certificate", eStartup), E_FAIL);
+    EXPECT_EQ(Dump(Road::TlsUrl(), L"no certificate", eStartup), E_FAIL);
 
     EXPECT_TRUE(HasLogged(L"Failed to initialize RMI in the Java client.  java.security.cert.CertificateException"));
 }
 
 TEST_F(MessageServerRoadTest, AServerThatHasGoneGivesAResultOfItsOwn) {
-    ASSERT_EQ(Dump(PlainUrl(), L"", eStartup), S_OK);
-    std::ofstream(RoadFile(L"stop")) << "now";
-    while (!fs::exists(RoadFile(L"stopped"))) {
+    ASSERT_EQ(Dump(Road::PlainUrl(), L"", eStartup), S_OK);
+    std::ofstream(Road::File(L"stop")) << "now";
+    while (!fs::exists(Road::File(L"stopped"))) {
         Sleep(10);
     }
 
-    EXPECT_EQ(Dump(PlainUrl(), L"", eStartup), kServerNotReached);
+    EXPECT_EQ(Dump(Road::PlainUrl(), L"", eStartup), kServerNotReached);
     ExpectNotSent(L"java.rmi.ConnectException");
-    EXPECT_EQ(Dump(TlsUrl(), ReadCertificate(L"server.pem"), eStartup), S_OK) << "another one is switched to";
+    EXPECT_EQ(Dump(Road::TlsUrl(), Road::ReadCertificate(L"server.pem"), eStartup), S_OK)
+        << "another one is switched to";
 }
 
 }  // namespace
