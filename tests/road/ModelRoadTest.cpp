@@ -119,7 +119,7 @@ protected:
         Call(app, App::kPutProperty, Text(L"path"), Text(L"C:\\app"));
         Call(app, App::kPutMetric, MakeMetric(L"cpu", 1.0));
         JavaPointer session = Make(Session::kClass, Session::kCtorIdSidUserDomainConnected, jint{7}, Text(L"sid"),
-                                         Text(L"user"), Text(L"domain"), true);
+                                   Text(L"user"), Text(L"domain"), true);
         Call(session, Session::kPutProperty, Text(L"client"), Text(L"desk"));
         PutMetrics(session, Session::kPutMetric);
         Call(session, Session::kPutRemoteApp, app);

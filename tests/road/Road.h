@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <string>
 
-/// What the runner of these tests, with-servers, says of the servers that it has started. Throws std::runtime_error where
-/// the test was started without it.
+/// What the runner of these tests, with-servers, says of the servers that it has started. Throws std::runtime_error
+/// where the test was started without it.
 namespace Road {
 
 [[nodiscard]] std::wstring PlainUrl();
