@@ -42,27 +42,31 @@ long CRMICommManager::DumpData<IUnknown>(const wchar_t* url, const wchar_t* auth
     return impl.DumpData<IUnknown>(url, authToken, certificate, id, type, data);
 }
 
-// The texts are copied before anything else: the call may wait for a long one on another thread.
-long CRMICommManager::RegisterDataDumpCallback(const wchar_t* url, const wchar_t* authToken, const wchar_t* certificate,
-                                               IDataDumpCallback* callback) {
+namespace {
+
+using Registration = long (CRMICommManagerImpl::*)(const wchar_t*, const wchar_t*, const wchar_t*, IDataDumpCallback*);
+
+/// The texts are copied before anything else: the call may wait for a long one on another thread.
+long Register(CRMICommManager& manager, Registration operation, const wchar_t* url, const wchar_t* authToken,
+              const wchar_t* certificate, IDataDumpCallback* callback) {
     if (IsProcessEnding()) {
         return S_OK;
     }
     const CWideCopy urlCopy(url);
     const CWideCopy authTokenCopy(authToken);
     const CWideCopy certificateCopy(certificate);
-    CRMICommManagerImpl& impl = static_cast<CRMICommManagerFacade*>(this)->GetImpl();
-    return impl.RegisterDataDumpCallback(urlCopy.Get(), authTokenCopy.Get(), certificateCopy.Get(), callback);
+    CRMICommManagerImpl& impl = static_cast<CRMICommManagerFacade&>(manager).GetImpl();
+    return (impl.*operation)(urlCopy.Get(), authTokenCopy.Get(), certificateCopy.Get(), callback);
+}
+
+}  // namespace
+
+long CRMICommManager::RegisterDataDumpCallback(const wchar_t* url, const wchar_t* authToken, const wchar_t* certificate,
+                                               IDataDumpCallback* callback) {
+    return Register(*this, &CRMICommManagerImpl::RegisterDataDumpCallback, url, authToken, certificate, callback);
 }
 
 long CRMICommManager::UnregisterDataDumpCallback(const wchar_t* url, const wchar_t* authToken,
                                                  const wchar_t* certificate, IDataDumpCallback* callback) {
-    if (IsProcessEnding()) {
-        return S_OK;
-    }
-    const CWideCopy urlCopy(url);
-    const CWideCopy authTokenCopy(authToken);
-    const CWideCopy certificateCopy(certificate);
-    CRMICommManagerImpl& impl = static_cast<CRMICommManagerFacade*>(this)->GetImpl();
-    return impl.UnregisterDataDumpCallback(urlCopy.Get(), authTokenCopy.Get(), certificateCopy.Get(), callback);
+    return Register(*this, &CRMICommManagerImpl::UnregisterDataDumpCallback, url, authToken, certificate, callback);
 }

@@ -2,6 +2,7 @@
 
 #include <thread>
 
+#include "BindingTable.h"
 #include "CFakeBridgeTest.h"
 #include "CHresultException.h"
 #include "CImportHook.h"
@@ -11,7 +12,6 @@ namespace {
 
 using Reports = CRecordingCallback::Reports;
 
-constexpr char kClient[] = "com/orvane/kelbrin/adapters/tolmcommon/communication/rmi/client/DesktopMessageClient";
 constexpr unsigned char kNamelessKind = 11;
 
 BOOL WINAPI MakeNoLock(CRITICAL_SECTION*, DWORD) {
@@ -96,7 +96,7 @@ TEST_F(CRMICommManagerFacadeTest, AManagerThatCannotBeMadeIsTriedAgain) {
 }
 
 TEST_F(CRMICommManagerFacadeTest, TextsOfEveryLengthAreCarriedToTheManager) {
-    Fake().MakeMethodReturnText(kClient, "onStartup", "welcome");
+    Fake().MakeMethodReturnText(Binding::DesktopMessageClient::kClass, "onStartup", "welcome");
     for (const std::size_t length : {0U, 1U, 127U, 128U, 129U, 100'000U}) {
         const std::wstring text(length, L'x');
         const wchar_t* const t = text.c_str();

@@ -1,15 +1,10 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <utility>
-#include <vector>
 
-#include "CFakeBridgeTest.h"
+#include "CManagedTest.h"
 
-inline constexpr char kClient[] =
-    "com/orvane/kelbrin/adapters/tolmcommon/communication/rmi/client/DesktopMessageClient";
-inline constexpr char kConnection[] = "com/orvane/kelbrin/adapters/tolmcommon/datamodel/DesktopConnection";
 inline constexpr wchar_t kUrl[] = L"rmi://one";
 inline constexpr wchar_t kToken[] = L"token";
 inline constexpr wchar_t kCertificate[] = L"certificate";
@@ -23,24 +18,12 @@ inline const std::wstring kInSetCurrentServerConfig =
     L" in long __cdecl CRMICommManagerImpl::SetCurrentServerConfig(const wchar_t *,const wchar_t *,const wchar_t *)";
 
 /// The sending of items that need no conversion, between a host and the fake runtime.
-class CDumpDataFixture : public CFakeBridgeTest {
+class CDumpDataFixture : public CManagedTest {
 protected:
-    using Calls = std::vector<std::string>;
-
     void SetUp() override {
-        CFakeBridgeTest::SetUp();
-        Registry().SetAgentText(L"ConfigDirectory", L"C:\\Config");
+        CManagedTest::SetUp();
         SetSystem(MakeSystem());
         Fake().MakeMethodReturnNull(kClient, "onStartup");
-        m_manager = std::make_unique<CRMICommManagerImpl>(Slots());
-    }
-
-    void TearDown() override {
-        EXPECT_FALSE(Fake().IsExceptionPending());
-        Slots().RunCleaner();
-        EXPECT_EQ(Fake().GetGlobalReferences(), 0);
-        m_manager.reset();
-        CFakeBridgeTest::TearDown();
     }
 
     static SystemData MakeSystem() {
@@ -66,27 +49,7 @@ protected:
     /// Brings the bridge up and forgets how that went.
     void Start() {
         ASSERT_EQ(Dump(kNamelessKind), S_OK);
-        m_firstCall = Fake().GetMethodLogSize();
-        m_firstEntry = Logged().size();
+        ForgetStart();
         Host().Record().ClearCalls();
     }
-
-    Calls CallsSinceStart() { return MethodCalls(m_firstCall); }
-    Texts LoggedSinceStart() {
-        Texts logged = Logged();
-        logged.erase(logged.begin(), logged.begin() + static_cast<std::ptrdiff_t>(m_firstEntry));
-        return logged;
-    }
-
-    static FakeException Exception(const char* description) {
-        FakeException exception;
-        exception.description = description;
-        return exception;
-    }
-
-    std::unique_ptr<CRMICommManagerImpl> m_manager;
-
-private:
-    long m_firstCall = 0;
-    std::size_t m_firstEntry = 0;
 };

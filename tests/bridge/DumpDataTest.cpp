@@ -1,3 +1,6 @@
+#include <atomic>
+#include <thread>
+
 #include "CImportHook.h"
 #include "DumpDataFixture.h"
 #include "RunOnNewThread.h"
@@ -189,6 +192,34 @@ TEST_F(DumpDataTest, AWorkerThatCannotBeAttachedFailsAtItsFirstString) {
 
     EXPECT_EQ(LoggedSinceStart(), Texts{L"error: Failed to create a new Java string for machine 7.  "});
     EXPECT_EQ(CallsSinceStart(), Calls{});
+}
+
+TEST_F(DumpDataTest, OtherThreadsWaitForARunningItem) {
+    Start();
+    std::atomic<bool> isCalling{false};
+    std::atomic<bool> isDone{false};
+    std::thread other;
+    Host().Record().SetBeforeCall([&](const std::string&) {
+        if (other.joinable()) {
+            return;
+        }
+        other = std::thread([&] {
+            isCalling = true;
+            EXPECT_EQ(m_manager->RegisterDataDumpCallback(kUrl, kToken, kCertificate, nullptr), S_OK);
+            isDone = true;
+        });
+        while (!isCalling) {
+            Sleep(0);
+        }
+        Sleep(50);  // room for a registration that does not wait
+        EXPECT_FALSE(isDone);
+    });
+
+    EXPECT_EQ(Dump(kNamelessKind), S_OK);
+
+    Host().Record().SetBeforeCall({});
+    other.join();
+    EXPECT_TRUE(isDone);
 }
 
 TEST_F(DumpDataTest, ARefreshThatFailsIsLoggedAndTheItemSent) {

@@ -1,45 +1,21 @@
 #include "ServerSwitch.h"
 
-#include "BindingTable.h"
-#include "CFakeBridgeTest.h"
+#include "CManagedTest.h"
 #include "RunOnNewThread.h"
 
 namespace {
 
-using Calls = std::vector<std::string>;
-
-constexpr char kClient[] = "com/orvane/kelbrin/adapters/tolmcommon/communication/rmi/client/DesktopMessageClient";
-
 /// Pointing the message client at a server, on a bridge that has started.
-class ServerSwitchTest : public CFakeBridgeTest {
+class ServerSwitchTest : public CManagedTest {
 protected:
     void SetUp() override {
-        CFakeBridgeTest::SetUp();
-        Registry().SetAgentText(L"ConfigDirectory", L"C:\\Config");
-        m_manager = std::make_unique<CRMICommManagerImpl>(Slots());
+        CManagedTest::SetUp();
         ASSERT_EQ(m_manager->SetCurrentServerConfig(L"", L"", L""), S_FALSE);
-        m_firstCall = Fake().GetMethodLogSize();
-        m_firstEntry = Logged().size();
-    }
-
-    void TearDown() override {
-        EXPECT_FALSE(Fake().IsExceptionPending());
-        Slots().RunCleaner();
-        EXPECT_EQ(Fake().GetGlobalReferences(), 0);
-        m_manager.reset();
-        CFakeBridgeTest::TearDown();
+        ForgetStart();
     }
 
     long Switch(const wchar_t* url, const wchar_t* authToken, const wchar_t* certificate) {
         return m_manager->SetCurrentServerConfig(url, authToken, certificate);
-    }
-
-    /// The Java methods called since the bridge has started.
-    Calls CallsSinceStart() { return MethodCalls(m_firstCall); }
-    Texts LoggedSinceStart() {
-        Texts logged = Logged();
-        logged.erase(logged.begin(), logged.begin() + static_cast<std::ptrdiff_t>(m_firstEntry));
-        return logged;
     }
 
     /// The stored configuration is the first one, of nothing, which needs no switch.
@@ -47,18 +23,6 @@ protected:
         Fake().ClearFaults();
         EXPECT_EQ(Switch(L"", L"", L""), S_FALSE);
     }
-
-    static FakeException Exception(const char* description) {
-        FakeException exception;
-        exception.description = description;
-        return exception;
-    }
-
-    std::unique_ptr<CRMICommManagerImpl> m_manager;
-
-private:
-    long m_firstCall = 0;
-    std::size_t m_firstEntry = 0;
 };
 
 TEST_F(ServerSwitchTest, ASwitchSetsTheUrlAndThenInitializesTheClient) {
@@ -249,24 +213,22 @@ TEST_F(ServerSwitchTest, EachCallOfJnisMayFail) {
     }
 }
 
-class ServerSwitchWithoutLoggerTest : public CFakeBridgeTest {};
+class ServerSwitchWithoutLoggerTest : public CManagedTest {};
 
 TEST_F(ServerSwitchWithoutLoggerTest, EachFailureGivesTheSameResult) {
     Host().Services().Set(IHostLogger::kId, nullptr);
-    Registry().SetAgentText(L"ConfigDirectory", L"C:\\Config");
-    CRMICommManagerImpl manager(Slots());
-    ASSERT_EQ(manager.SetCurrentServerConfig(L"", L"", L""), S_FALSE);
+    ASSERT_EQ(m_manager->SetCurrentServerConfig(L"", L"", L""), S_FALSE);
     for (const long nth : {1, 2, 3}) {
         Fake().Fail("NewString", nth);
-        EXPECT_EQ(manager.SetCurrentServerConfig(L"rmi://one", L"", L""), E_FAIL) << nth;
+        EXPECT_EQ(m_manager->SetCurrentServerConfig(L"rmi://one", L"", L""), E_FAIL) << nth;
         Fake().ClearFaults();
     }
     for (const char* const method : {"setProviderUrl", "initialize"}) {
         Fake().MakeMethodThrow(kClient, method, {});
-        EXPECT_EQ(manager.SetCurrentServerConfig(L"rmi://one", L"", L""), E_FAIL) << method;
+        EXPECT_EQ(m_manager->SetCurrentServerConfig(L"rmi://one", L"", L""), E_FAIL) << method;
     }
     Slots().RunCleaner();
-    EXPECT_EQ(manager.SetCurrentServerConfig(L"rmi://one", L"", L""), E_FAIL) << "after the end";
+    EXPECT_EQ(m_manager->SetCurrentServerConfig(L"rmi://one", L"", L""), E_FAIL) << "after the end";
 
     EXPECT_EQ(Logged(), Texts{});
 }

@@ -179,7 +179,7 @@ TEST_F(StartupItemTest, DataThatIsNoSessionIsLoggedAsData) {
 
 TEST_F(StartupItemTest, WithoutAConnectionObjectNothingIsSent) {
     Start();
-    Fake().MakeMethodThrow(kConnection, "<init>", Exception("no connection"));
+    Fake().MakeMethodThrow(Binding::DesktopConnection::kClass, "<init>", Exception("no connection"));
 
     EXPECT_EQ(Dump(eStartup), E_FAIL);
 

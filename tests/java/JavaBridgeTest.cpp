@@ -1,5 +1,7 @@
 #include "JavaBridge.h"
 
+#include <algorithm>
+
 #include "BindingTable.h"
 #include "CAgentRegistry.h"
 #include "CHostedTest.h"
@@ -270,6 +272,23 @@ TEST_F(JavaBridgeTest, AStopDisposesTheClientReleasesEverythingAndAbandonsTheMac
     EXPECT_EQ(Fake().GetMachinesAlive(), 1);
     EXPECT_EQ(Fake().GetCallCount("DestroyJavaVM"), 0);
     EXPECT_EQ(Fake().GetOpenFrames(), 0);
+}
+
+TEST_F(JavaBridgeTest, TheClientIsDisposedBeforeAnyReferenceGoes) {
+    JavaBridge bridge;
+    ASSERT_EQ(StartJavaBridge(CBridgeLog(), bridge), S_OK);
+    const long firstCall = Fake().GetCallLogSize();
+
+    StopJavaBridge(bridge);
+
+    std::vector<std::string> calls;
+    for (long i = firstCall; i < Fake().GetCallLogSize(); ++i) {
+        calls.emplace_back(Fake().GetCallLogEntry(i));
+    }
+    const auto disposed = std::find(calls.begin(), calls.end(), "CallVoidMethodV");
+    ASSERT_NE(disposed, calls.end());
+    EXPECT_EQ(std::count(calls.begin(), disposed, "DeleteGlobalRef"), 0);
+    EXPECT_EQ(std::count(disposed, calls.end(), "DeleteGlobalRef"), 12) << "the factory, the client, ten classes";
 }
 
 TEST_F(JavaBridgeTest, AThrowingDisposeIsClearedUnseen) {
