@@ -33,7 +33,7 @@ function(telvar_java_archive name)
   add_custom_command(
     OUTPUT ${arg_ARCHIVE}
     COMMAND ${CMAKE_COMMAND} -E rm -rf ${folder}/classes ${arg_ARCHIVE}
-    COMMAND ${JAVAC} --release ${arg_RELEASE} -encoding UTF-8 -Xlint:all -Werror ${class_path} -d ${folder}/classes
+    COMMAND ${JAVAC} --release ${arg_RELEASE} -encoding UTF-8 -Xlint:all,-options -Werror ${class_path} -d ${folder}/classes
             ${sources}
     COMMAND ${JAR} --create --file ${arg_ARCHIVE} --date 2020-01-01T00:00:00Z ${main_class} ${manifest}
             -C ${folder}/classes .

@@ -158,6 +158,8 @@ TEST_F(DumpDataStartTest, AReportThatFailsIsClassified) {
                                        0),
               0U);
     EXPECT_EQ(Dump(L"rmi://second?fail=onStartup", eStartup), E_FAIL);
+    EXPECT_EQ(Dump(L"rmi://second?fail=onStartup&saying=rmiURLContext", eStartup), kServerNotReached);
+    EXPECT_EQ(Dump(L"rmi://second?fail=onStartup&saying=java.security.cert.Anything", eStartup), kServerNotReached);
 }
 
 TEST_F(DumpDataStartTest, AStartThatFailsIsNotTriedAgain) {

@@ -28,6 +28,8 @@ import java.util.logging.Logger;
 public class DesktopMessageClient {
     private static final Logger LOGGER = InstanceLoggerFactory.getLogger();
 
+    private static final int DEEPEST_CAUSE = 10;
+
     private final Object lock = new Object();
     private ProviderUrl url;
     private ServerConnection connection;
@@ -68,7 +70,12 @@ public class DesktopMessageClient {
             }
             // Whatever the certificate turns out to be, the connection that trusts the former one is not used again.
             connection = null;
-            connection = new ServerConnection(url, MessageClientSocketFactory.ofClient(pinOrNull(certificate)));
+        }
+        // Outside the lock: what sets up TLS may load libraries, and dispose must not wait for that.
+        MessageClientSocketFactory sockets = MessageClientSocketFactory.ofClient(pinOrNull(certificate));
+        synchronized (lock) {
+            checkNotDisposed();
+            connection = new ServerConnection(url, sockets);
         }
     }
 
@@ -173,8 +180,11 @@ public class DesktopMessageClient {
     /** By the exceptions' names alone: a server's text may quote the token or the descriptor that it was sent. */
     private static void logFailure(String method, Throwable failure) {
         StringBuilder names = new StringBuilder(failure.getClass().getName());
-        for (Throwable cause = failure.getCause(); cause != null; cause = cause.getCause()) {
+        Throwable cause = failure.getCause();
+        // A server's exception may be its own cause, around some corners.
+        for (int depth = 0; cause != null && depth < DEEPEST_CAUSE; depth++) {
             names.append(" because of ").append(cause.getClass().getName());
+            cause = cause.getCause();
         }
         LOGGER.warning(method + " failed: " + names);
     }

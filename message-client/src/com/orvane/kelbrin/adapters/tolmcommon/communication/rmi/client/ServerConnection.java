@@ -4,13 +4,17 @@ import com.orvane.kelbrin.adapters.tolmcommon.communication.rmi.common.ClientCal
 import com.orvane.kelbrin.adapters.tolmcommon.communication.rmi.common.InstanceLoggerFactory;
 import com.orvane.kelbrin.adapters.tolmcommon.communication.rmi.common.MessageClientSocketFactory;
 import com.orvane.kelbrin.adapters.tolmcommon.communication.rmi.common.MessageServer;
+import java.io.EOFException;
+import java.net.SocketException;
 import java.rmi.ConnectException;
 import java.rmi.ConnectIOException;
+import java.rmi.MarshalException;
 import java.rmi.NoSuchObjectException;
 import java.rmi.NotBoundException;
 import java.rmi.Remote;
 import java.rmi.RemoteException;
 import java.rmi.UnknownHostException;
+import java.rmi.UnmarshalException;
 import java.rmi.registry.LocateRegistry;
 import java.rmi.registry.Registry;
 import java.util.logging.Logger;
@@ -20,6 +24,20 @@ import java.util.logging.Logger;
  * any number of threads at once; nothing is locked while the server is called.
  */
 final class ServerConnection {
+    /** Of a call that the server may have heard, so that it is not made again; tells itself as its parent class. */
+    private static final class BrokenCallException extends ConnectIOException {
+        private static final long serialVersionUID = 1L;
+
+        BrokenCallException(String message, Exception cause) {
+            super(message, cause);
+        }
+
+        @Override
+        public String toString() {
+            return ConnectIOException.class.getName() + ": " + getMessage();
+        }
+    }
+
     /** One method of the server. */
     interface Call<T> {
         T to(MessageServer server) throws RemoteException;
@@ -36,9 +54,11 @@ final class ServerConnection {
         this.sockets = sockets;
     }
 
-    private void open() throws RemoteException {
-        server = find();
+    private MessageServer open() throws RemoteException {
+        MessageServer found = find();
+        server = found;
         LOGGER.info("connected to " + url + (sockets.isSecure() ? " over TLS" : ""));
+        return found;
     }
 
     /** Calls the server; a second time only where it cannot have heard the first. */
@@ -47,16 +67,27 @@ final class ServerConnection {
         if (known != null) {
             try {
                 return make(call, known);
+            } catch (BrokenCallException perhapsHeard) {
+                server = null;
+                throw perhapsHeard;
             } catch (ConnectException | ConnectIOException | UnknownHostException | NoSuchObjectException unheard) {
                 LOGGER.info("looking for " + url + " anew: " + unheard.getClass().getName());
+                server = null;  // as long as it is away, each call tries once
             }
         }
-        open();
-        return make(call, server);
+        return make(call, open());
     }
 
+    /** A connection that breaks amid a call is told as what the bridge knows as an unreachable server. */
     private <T> T make(Call<T> call, MessageServer target) throws RemoteException {
-        return new ClientCall(sockets).run(() -> call.to(target));
+        try {
+            return new ClientCall(sockets).run(() -> call.to(target));
+        } catch (MarshalException | UnmarshalException failure) {
+            if (failure.getCause() instanceof EOFException || failure.getCause() instanceof SocketException) {
+                throw new BrokenCallException("the connection to " + url + " broke during the call", failure);
+            }
+            throw failure;
+        }
     }
 
     /** Without JNDI, for which runtimes may lack the RMI provider. */

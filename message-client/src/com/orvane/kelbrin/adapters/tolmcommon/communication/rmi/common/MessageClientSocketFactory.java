@@ -32,6 +32,15 @@ public final class MessageClientSocketFactory implements RMIClientSocketFactory,
 
     private static final long serialVersionUID = 1L;
 
+    /** RMI waits for a plain server's first words by a limit of its own, a minute, whatever the socket says. */
+    private static final String RMI_HANDSHAKE_TIMEOUT = "sun.rmi.transport.tcp.handshakeTimeout";
+
+    static {
+        if (System.getProperty(RMI_HANDSHAKE_TIMEOUT) == null) {
+            System.setProperty(RMI_HANDSHAKE_TIMEOUT, Integer.toString(CONNECT_TIMEOUT_MS));
+        }
+    }
+
     private final transient boolean ofClient;
     private final transient CertificatePin pin;
 

@@ -24,20 +24,22 @@ public final class ObjectFilter {
     /** What a client reads: answers, which are texts, the runtime's exceptions, and the reference to the server. */
     public static final ObjectFilter REPLIES = new ObjectFilter(ObjectFilter::isOfReply);
 
-    /** Three times what a message nests. */
-    private static final long DEPTH_LIMIT = 30;
+    /** Half as much again as a message nests: lists in lists that are a map's keys cost twice the time at each level. */
+    private static final long DEPTH_LIMIT = 16;
 
     /** Elements of an array, a list or a map: more than the metrics of a machine with thousands of sessions. */
     private static final long LENGTH_LIMIT = 1_000_000;
-
-    private static final String COLLECTION_WRAPPERS = "java.util.Collections$";
 
     /** What texts, numbers, lists and maps are made of, as the runtime writes them; sub-lists and sets do not occur. */
     private static final Set<String> BASICS = names("java.lang.Object", "java.lang.String", "java.lang.Number",
             "java.lang.Boolean", "java.lang.Character", "java.lang.Byte", "java.lang.Short", "java.lang.Integer",
             "java.lang.Long", "java.lang.Float", "java.lang.Double", "java.lang.Enum", "java.util.ArrayList",
             "java.util.Arrays$ArrayList", "java.util.HashMap", "java.util.LinkedHashMap", "java.util.TreeMap",
-            "java.util.Map$Entry", "java.util.CollSer");
+            "java.util.Map$Entry", "java.util.CollSer", "java.util.Collections$EmptyList",
+            "java.util.Collections$EmptyMap", "java.util.Collections$SingletonList",
+            "java.util.Collections$SingletonMap", "java.util.Collections$UnmodifiableCollection",
+            "java.util.Collections$UnmodifiableList", "java.util.Collections$UnmodifiableRandomAccessList",
+            "java.util.Collections$UnmodifiableMap");
 
     /** What RMI's references and an exception's stack trace are made of. */
     private static final Set<String> REFERENCE = names("java.lang.StackTraceElement", "java.lang.reflect.Proxy",
@@ -82,11 +84,7 @@ public final class ObjectFilter {
         while (type.isArray()) {
             type = type.getComponentType();
         }
-        return type.isPrimitive() || isBasic(type) || accepted.test(type);
-    }
-
-    private static boolean isBasic(Class<?> type) {
-        return BASICS.contains(type.getName()) || type.getName().startsWith(COLLECTION_WRAPPERS);
+        return type.isPrimitive() || BASICS.contains(type.getName()) || accepted.test(type);
     }
 
     private static boolean isOfDataModel(Class<?> type) {
