@@ -20,9 +20,7 @@ constexpr wchar_t kNotInitialized[] = L"Failed to initialize RMI in the Java cli
 
 /// Logs that `text` could not become a Java string.
 void LogNoString(const CBridgeLog& log, CJavaVM& vm, const std::wstring& text) {
-    std::wstring exceptionText;
-    static_cast<void>(vm.GetJavaException(exceptionText));
-    log.Error(kNoJavaString, text.c_str(), exceptionText.c_str());
+    log.Error(kNoJavaString, text.c_str(), vm.TakeExceptionText().c_str());
 }
 
 HRESULT SetProviderUrl(const CBridgeLog& log, const JavaBridge& bridge, const std::wstring& url) {
@@ -49,13 +47,12 @@ HRESULT InitializeClient(const CBridgeLog& log, const JavaBridge& bridge, const 
         return E_FAIL;
     }
     const std::shared_ptr<CJavaString> certificateString = bridge.vm->NewString(certificate);
-    std::wstring exceptionText;
     if (!certificateString) {
-        static_cast<void>(bridge.vm->GetJavaException(exceptionText));
-        log.Error(kNoCertificateString, exceptionText.c_str());
+        log.Error(kNoCertificateString, bridge.vm->TakeExceptionText().c_str());
         return E_FAIL;
     }
     bridge.messageClient->CallVoidMethod(Client::kInitialize, directoryString, certificateString);
+    std::wstring exceptionText;
     if (bridge.vm->GetJavaException(exceptionText)) {
         log.Error(kNotInitialized, exceptionText.c_str());
         return E_FAIL;

@@ -212,3 +212,15 @@ bool CJavaVM::GetJavaException(std::wstring& text) {
     JNIEnv* const env = GetEnv();
     return env && TakeJavaException(env, text);
 }
+
+std::wstring CJavaVM::TakeExceptionText() {
+    std::wstring text;
+    static_cast<void>(GetJavaException(text));
+    return text;
+}
+
+void CJavaVM::DropJavaException() noexcept {
+    if (JNIEnv* const env = GetEnv()) {
+        env->ExceptionClear();
+    }
+}

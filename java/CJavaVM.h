@@ -83,6 +83,10 @@ public:
     /// Whether a Java exception was pending on the calling thread. If so, it is cleared, and `text` is replaced by its
     /// description and its stack frames; see JavaException.h. To be called right after the call that may have thrown.
     [[nodiscard]] bool GetJavaException(std::wstring& text);
+    /// The same where the failure is known already: the text alone, empty when no exception was pending.
+    [[nodiscard]] std::wstring TakeExceptionText();
+    /// Clears the calling thread's pending exception unseen, for calls whose outcome nobody looks at.
+    void DropJavaException() noexcept;
 
 private:
     [[nodiscard]] long LoadLibraryIfNeeded();

@@ -30,13 +30,6 @@ constexpr const char* kDataModelClasses[] = {
     Binding::BaseRemoteApp::kClass,     Binding::HashMap::kClass,
 };
 
-/// The text of the pending exception, which is cleared; empty when there is none.
-std::wstring TakeExceptionText(CJavaVM& vm) {
-    std::wstring text;
-    static_cast<void>(vm.GetJavaException(text));
-    return text;
-}
-
 /// The class with its rows of the binding table; empty, and logged, when it cannot be loaded.
 std::shared_ptr<CJavaClass> LoadJavaClass(const CBridgeLog& log, CJavaVM& vm, const char* className) {
     const CWideFromNarrow wideName(className);
@@ -45,7 +38,7 @@ std::shared_ptr<CJavaClass> LoadJavaClass(const CBridgeLog& log, CJavaVM& vm, co
     if (loaded) {
         log.Verbose(kClassLoaded, wideName.Get());
     } else {
-        log.Error(kNoClass, wideName.Get(), TakeExceptionText(vm).c_str());
+        log.Error(kNoClass, wideName.Get(), vm.TakeExceptionText().c_str());
     }
     return loaded;
 }
@@ -70,13 +63,13 @@ HRESULT MakeLoggerFactory(const CBridgeLog& log, JavaBridge& bridge, CJavaClass&
                           const std::wstring& folder) {
     const std::shared_ptr<CJavaString> folderString = bridge.vm->NewString(folder);
     if (!folderString) {
-        static_cast<void>(TakeExceptionText(*bridge.vm));
+        bridge.vm->DropJavaException();
         log.Error(kNoJavaString, folder.c_str(), folder.c_str());  // kept: the folder stands in both places
         return E_FAIL;
     }
     bridge.loggerFactory = factoryClass.NewObject(Binding::InstanceLoggerFactory::kCtorFolder, folderString);
     if (!bridge.loggerFactory) {
-        log.Error(kNoLoggerFactory, TakeExceptionText(*bridge.vm).c_str());
+        log.Error(kNoLoggerFactory, bridge.vm->TakeExceptionText().c_str());
         return E_FAIL;
     }
     log.Info(kLoggerInitialized);
@@ -117,7 +110,7 @@ HRESULT LoadClasses(const CBridgeLog& log, JavaBridge& bridge, std::shared_ptr<C
 HRESULT MakeMessageClient(const CBridgeLog& log, JavaBridge& bridge, CJavaClass& clientClass) {
     bridge.messageClient = clientClass.NewObject(Binding::DesktopMessageClient::kCtor);
     if (!bridge.messageClient) {
-        log.Error(kNoMessageClient, TakeExceptionText(*bridge.vm).c_str());
+        log.Error(kNoMessageClient, bridge.vm->TakeExceptionText().c_str());
         return E_FAIL;
     }
     log.Info(kInitialized);
@@ -128,12 +121,9 @@ void DisposeMessageClient(JavaBridge& bridge) noexcept {
     if (!bridge.messageClient) {
         return;
     }
-    JNIEnv* const env = bridge.vm->GetEnv();
-    const CJavaLocalFrame frame(env);
+    const CJavaLocalFrame frame(bridge.vm->GetEnv());
     bridge.messageClient->CallVoidMethod(Binding::DesktopMessageClient::kDispose);
-    if (env) {
-        env->ExceptionClear();  // unseen: nobody is left to be told
-    }
+    bridge.vm->DropJavaException();  // nobody is left to be told
 }
 
 }  // namespace
