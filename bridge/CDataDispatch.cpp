@@ -4,7 +4,9 @@
 #include "CBstr.h"
 #include "CJavaString.h"
 #include "Enum2String.h"
+#include "HostObject.h"
 #include "ServerConnectionFailure.h"
+#include "UserLabel.h"
 
 namespace {
 
@@ -21,7 +23,6 @@ constexpr wchar_t kClientDescriptor[] =
 constexpr const wchar_t* kClientVersion[] = {L"6", L"2", L"0", L"3274634"};
 
 constexpr wchar_t kEventNotSent[] = L"Failed to send user event %s for user %s to the message server.  %s";
-constexpr wchar_t kNoUser[] = L"NULL";
 constexpr wchar_t kDataNotSent[] = L"Failed to send data with type %s to the message server.  %s";
 constexpr wchar_t kStartupNotTold[] = L"Failed to CallCallback for eStartup:(%s, %s, %s)";
 
@@ -97,10 +98,7 @@ HRESULT CDataDispatch::SendStartup() {
 
 /// Events of sessions are logged with their user, so each kind of data is asked whether it is one.
 void CDataDispatch::FindSession() {
-    if (m_item.data && FAILED(m_item.data->QueryInterface(
-                           IUserSessionInfo::kId, reinterpret_cast<void**>(m_session.ReleaseAndGetAddressOf())))) {
-        static_cast<void>(m_session.Detach());  // nothing was given, whatever stands there
-    }
+    m_session = QueryHostObject<IUserSessionInfo>(m_item.data);
 }
 
 /// A machine name that is not to be had is empty.
@@ -131,9 +129,7 @@ HRESULT CDataDispatch::ReadAnswer(const std::shared_ptr<CJavaString>& answer, st
     if (answer->GetString(text)) {
         return S_OK;
     }
-    std::wstring exceptionText;
-    static_cast<void>(m_context.vm->GetJavaException(exceptionText));
-    LogNotSent(exceptionText);
+    LogNotSent(m_context.vm->TakeExceptionText());
     return E_FAIL;
 }
 
@@ -146,9 +142,7 @@ void CDataDispatch::LogNotSent(const std::wstring& exceptionText) const {
         m_log.Error(kDataNotSent, typeName.GetText(), exceptionText.c_str());
         return;
     }
-    CBstr userLabel;
-    const bool isNamed = SUCCEEDED(m_session->get_userLabel(userLabel.Receive()));
-    m_log.Error(kEventNotSent, typeName.GetText(), isNamed ? userLabel.GetText() : kNoUser, exceptionText.c_str());
+    m_log.Error(kEventNotSent, typeName.GetText(), GetUserLabel(*m_session.Get()).c_str(), exceptionText.c_str());
 }
 
 HRESULT CDataDispatch::TellCallbacks(DataType type, const wchar_t* failure, const std::wstring& text) const {

@@ -4,6 +4,7 @@
 
 #include "CBstr.h"
 #include "CVariant.h"
+#include "HostObject.h"
 #include "IPropertyBox.h"
 #include "InterfaceMarshalling.h"
 
@@ -29,11 +30,7 @@ HRESULT ReadId(const CBridgeLog& log, ISystemInfo& systemInfo, IdGetter getter, 
 }
 
 HRESULT AskForComponents(ISystemInfo& systemInfo, ComPtr<IPropertyBox>& components) {
-    const HRESULT got = systemInfo.get_componentsIdentities(components.ReleaseAndGetAddressOf());
-    if (FAILED(got)) {
-        static_cast<void>(components.Detach());  // nothing was given, whatever stands there
-    }
-    return got;
+    return AskForObject(components, [&](IPropertyBox** given) { return systemInfo.get_componentsIdentities(given); });
 }
 
 /// COM says E_UNEXPECTED where it has no marshaller for the property box: it is registered then, and asked once more.
@@ -48,11 +45,10 @@ HRESULT GetComponents(ISystemInfo& systemInfo, ComPtr<IPropertyBox>& components)
 /// Puts the component's identity in the machine's place, if there is one that is a text or can become one.
 void ReplaceByComponent(IPropertyBox& components, std::wstring& id) {
     CVariant identity;
-    if (FAILED(components.GetProperty(CBstr::Make(kComponent).Get(), identity.Receive())) ||
-        FAILED(VariantChangeType(&identity, &identity, 0, VT_BSTR))) {
+    if (FAILED(components.GetProperty(CBstr::Make(kComponent).Get(), identity.Receive())) || !identity.ChangeToText()) {
         return;
     }
-    id.assign(identity.bstrVal, SysStringLen(identity.bstrVal));
+    id = ViewBstr(identity.bstrVal);
 }
 
 }  // namespace

@@ -36,6 +36,14 @@ public:
         }
     }
 
+    /// The same without the blanks in front of the error text: hosts know some messages in this form.
+    template <typename... Arguments>
+    void ErrorRunTogether(HRESULT result, const wchar_t* message, Arguments... arguments) const {
+        if (m_logger) {
+            WriteError(FormatWithErrorText(ErrorTextForm::eRunTogether, result, message, arguments...));
+        }
+    }
+
     /// Trouble that was overcome, with the code of its result.
     template <typename... Arguments>
     void WarningWithCode(HRESULT result, const wchar_t* message, Arguments... arguments) const {

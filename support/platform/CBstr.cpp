@@ -15,6 +15,6 @@ CBstr CBstr::Make(std::wstring_view text) {
     return made;
 }
 
-std::wstring_view CBstr::GetView() const noexcept {
-    return {Get(), SysStringLen(Get())};
+std::wstring_view ViewBstr(BSTR text) noexcept {
+    return {text, SysStringLen(text)};
 }

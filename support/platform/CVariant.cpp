@@ -12,3 +12,10 @@ VARIANT* CVariant::Receive() noexcept {
     static_cast<VARIANT&>(*this) = VARIANT{};
     return this;
 }
+
+bool CVariant::ChangeToText() noexcept {
+    if ((vt & VT_BYREF) && !byref) {
+        return false;  // VariantChangeType would follow the pointer
+    }
+    return SUCCEEDED(VariantChangeType(this, this, 0, VT_BSTR));
+}

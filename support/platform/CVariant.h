@@ -17,4 +17,8 @@ public:
 
     /// Clears the value, zeroes it, and gives its address for an out-parameter.
     [[nodiscard]] VARIANT* Receive() noexcept;
+
+    /// Makes a text of the value, in place, as VariantChangeType does it in the user's locale. False, the value staying
+    /// as it is, for one that has no text.
+    [[nodiscard]] bool ChangeToText() noexcept;
 };

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <objbase.h>
+#include <oleauto.h>
 
 #include "CUniqueHandle.h"
 
@@ -37,3 +38,11 @@ struct CoTaskMemTextTraits {
 };
 /// A text from COM's task allocator.
 using CCoTaskMemText = CUniqueHandle<CoTaskMemTextTraits>;
+
+struct SafeArrayTraits {
+    using Handle = SAFEARRAY*;
+    static Handle None() noexcept { return nullptr; }
+    static void Close(Handle array) noexcept { SafeArrayDestroy(array); }
+};
+/// An array of OLE Automation's, with what its elements own.
+using CSafeArray = CUniqueHandle<SafeArrayTraits>;

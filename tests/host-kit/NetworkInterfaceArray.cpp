@@ -6,17 +6,10 @@
 
 #include "CBstr.h"
 #include "ThrowResult.h"
-#include "CUniqueHandle.h"
 #include "NetworkRecordInfo.h"
+#include "SystemHandles.h"
 
 namespace {
-
-struct ArrayTraits {
-    using Handle = SAFEARRAY*;
-    static Handle None() noexcept { return nullptr; }
-    static void Close(Handle array) noexcept { SafeArrayDestroy(array); }
-};
-using CSafeArray = CUniqueHandle<ArrayTraits>;
 
 struct TextField {
     std::size_t offset;

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <windows.h>
+
+#include <unknwn.h>
+#include <wrl/client.h>
+
+/// Has `ask` fill `object`, which is emptied first, and returns what it returns. A host that fails has given nothing,
+/// whatever stands at the address; one that succeeds may still leave `object` empty.
+template <typename Interface, typename Ask>
+[[nodiscard]] HRESULT AskForObject(Microsoft::WRL::ComPtr<Interface>& object, const Ask& ask) {
+    const HRESULT asked = ask(object.ReleaseAndGetAddressOf());
+    if (FAILED(asked)) {
+        static_cast<void>(object.Detach());
+    }
+    return asked;
+}
+
+/// The interface `Interface` of `object`, which may be null; empty when it has none.
+template <typename Interface>
+[[nodiscard]] Microsoft::WRL::ComPtr<Interface> QueryHostObject(IUnknown* object) {
+    Microsoft::WRL::ComPtr<Interface> found;
+    if (object) {
+        static_cast<void>(AskForObject(found, [&](Interface** given) {
+            return object->QueryInterface(Interface::kId, reinterpret_cast<void**>(given));
+        }));
+    }
+    return found;
+}
