@@ -1,5 +1,7 @@
 #include "CJNIConvertor.h"
 
+#include "CBstr.h"
+
 namespace {
 
 constexpr wchar_t kNoString[] = L"Failed to create a new Java string for %s.  %s";
@@ -13,12 +15,15 @@ std::shared_ptr<CJavaString> CJNIConvertor::NewJavaString(const std::shared_ptr<
     if (string) {
         return string;
     }
-    std::wstring exceptionText;
-    static_cast<void>(vm->GetJavaException(exceptionText));
+    const std::wstring exceptionText = vm->TakeExceptionText();
     if (hideValue) {
         m_log.Error(kNoSecretString, exceptionText.c_str());
     } else {
         m_log.Error(kNoString, text.c_str(), exceptionText.c_str());
     }
     return {};
+}
+
+CJNIConvertor::JavaText CJNIConvertor::NewJavaString(const std::shared_ptr<CJavaVM>& vm, BSTR text) const {
+    return NewJavaString(vm, std::wstring(ViewBstr(text)), false);
 }

@@ -47,9 +47,7 @@ std::shared_ptr<CJavaObject> CJNIConvertor::GetConnection(const JavaCallContext&
         connectionClass->NewObject(Binding::DesktopConnection::kCtorIdAuthTokenUniqueIdVersionDeviceType, id, authToken,
                                    uniqueId, kVersion, deviceType);
     if (!connection) {
-        std::wstring exceptionText;
-        static_cast<void>(vm->GetJavaException(exceptionText));
-        m_log.Error(kNoConnection, exceptionText.c_str());
+        m_log.Error(kNoConnection, vm->TakeExceptionText().c_str());
     }
     return connection;
 }

@@ -6,6 +6,7 @@ namespace {
 
 constexpr std::uint64_t kUnixEpochAsFileTime = 116444736000000000;
 constexpr std::uint64_t kFileTimePerSecond = 10000000;
+constexpr std::uint64_t kMillisecondsPerSecond = 1000;
 constexpr wchar_t kSampleTimeFormat[] = L"%c";
 constexpr wchar_t kInvalidTime[] = L"Invalid DateTime";
 
@@ -22,7 +23,16 @@ std::uint64_t DateToUnixSeconds(DATE date) noexcept {
     return (ticks - kUnixEpochAsFileTime) / kFileTimePerSecond;
 }
 
+jlong DateToJavaTime(DATE date) noexcept {
+    return static_cast<jlong>(DateToUnixSeconds(date) * kMillisecondsPerSecond);
+}
+
 CWideString FormatSampleTime(DATE time) {
     CWideString text = FormatDateTime(time, kSampleTimeFormat);
     return text.IsEmpty() ? CWideString(kInvalidTime) : text;
+}
+
+CWideString NameSample(ISampleNode& node) {
+    DATE time = 0;
+    return SUCCEEDED(node.get_time(&time)) ? FormatSampleTime(time) : CWideString(kInvalidTime);
 }
