@@ -7,36 +7,13 @@
 
 #include "BindingTable.h"
 #include "CAllocationFault.h"
-#include "CConvertorHost.h"
-#include "CFakeJvmTest.h"
+#include "CFakeConvertorTest.h"
 #include "CJavaLocalFrame.h"
 #include "RunOnNewThread.h"
 
 namespace {
 
-using Names = std::vector<std::string>;
-using Texts = std::vector<std::wstring>;
-
-const std::wstring kOutOfMemory = L"java.lang.OutOfMemoryError: injected";
-
-/// The convertor between a host's logger and the fake runtime, which fails on demand and counts exactly.
-class CJNIConvertorTest : public CFakeJvmTest {
-protected:
-    void SetUp() override {
-        CFakeJvmTest::SetUp();
-        // Not the owner: the fixture's machine ends in TearDown, and anything that kept this alive would be seen then.
-        m_sharedVm = std::shared_ptr<CJavaVM>(std::shared_ptr<CJavaVM>(), &VM());
-    }
-
-    [[nodiscard]] const std::shared_ptr<CJavaVM>& SharedVM() const { return m_sharedVm; }
-    [[nodiscard]] CConvertorHost& Host() { return m_host; }
-    [[nodiscard]] CJNIConvertor MakeConvertor() const { return CJNIConvertor(m_host.MakeLog()); }
-    [[nodiscard]] static CJNIConvertor MakeConvertorWithoutLogger() { return CJNIConvertor(CBridgeLog()); }
-
-private:
-    CConvertorHost m_host;
-    std::shared_ptr<CJavaVM> m_sharedVm;
-};
+using CJNIConvertorTest = CFakeConvertorTest;
 
 // ---- strings --------------------------------------------------------------------------------------------
 
@@ -127,12 +104,11 @@ public:
 };
 
 /// The same for connections. The class is loaded; the texts tell which of them is where.
-class ConnectionFaultTest : public CJNIConvertorTest {
+class ConnectionFaultTest : public CFakeConvertorTest {
 protected:
     void SetUp() override {
-        CJNIConvertorTest::SetUp();
-        const Binding::ClassRows rows = Binding::FindRows(Binding::DesktopConnection::kClass);
-        ASSERT_NE(VM().LoadClass(Binding::DesktopConnection::kClass, rows.firstRow, rows.rowCount), nullptr);
+        CFakeConvertorTest::SetUp();
+        LoadBoundClass(Binding::DesktopConnection::kClass);
         m_context = {SharedVM(), nullptr, L"the id", L"the token", L"the unique id"};
         m_desktop = Host().MakeSystem(VARIANT_TRUE);
         ForgetCalls();
@@ -142,7 +118,7 @@ protected:
         m_desktop = {};
         m_context = {};
         EXPECT_EQ(Fake().GetGlobalReferences(), 1) << "the class's own";
-        CJNIConvertorTest::TearDown();
+        CFakeConvertorTest::TearDown();
     }
 
     [[nodiscard]] ISystemInfo& Desktop() { return *m_desktop.Get(); }
