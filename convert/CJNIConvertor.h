@@ -59,8 +59,8 @@ public:
     [[nodiscard]] std::shared_ptr<CJavaObject> GetUserSession(const std::shared_ptr<CJavaVM>& vm,
                                                               IUserSessionInfo* session) const;
 
-    /// The BaseMetric `name`; of another type than the numbers and texts that Java takes there is none. A text that
-    /// Java has no memory for leaves a metric without a value.
+    /// The BaseMetric `name`. Of another type than the numbers and texts that Java takes there is none, logged as
+    /// invalid. A text that Java has no memory for leaves a metric without a value.
     [[nodiscard]] std::shared_ptr<CJavaObject> GetMetric(const std::shared_ptr<CJavaVM>& vm, const std::wstring& name,
                                                          const VARIANT* value) const;
     /// Puts the node's metrics into `target`: a sample, a session or a remote application.

@@ -21,11 +21,14 @@ constexpr wchar_t kMetricNotAdded[] = L"Failed to add metric '%s' to sample '%s'
 
 std::shared_ptr<CJavaObject> CJNIConvertor::GetMetric(const std::shared_ptr<CJavaVM>& vm, const std::wstring& name,
                                                       const VARIANT* value) const {
+    if (!value) {
+        return {};
+    }
     const std::shared_ptr<CJavaObject> metric = MakeMetric(vm, name);
     if (!metric) {
         return {};
     }
-    if (!value || !PutValue(vm, *metric, *value)) {
+    if (!PutValue(vm, *metric, *value)) {
         m_log.Error(kInvalidType, name.c_str());
         return {};
     }

@@ -31,6 +31,19 @@ TEST_F(CBridgeLogTest, EachLevelGoesToItsOwnOperation) {
                      L"warning: Doubtful 5.  Error code 0x80004005.", L"info: Done.", L"verbose 8: Loaded y."}));
 }
 
+TEST_F(CBridgeLogTest, AnErrorRunsTogetherWithTheTextOfItsResult) {
+    const CBridgeLog log = MakeLog();
+
+    log.ErrorRunTogether(kUnknown, L"Failed for %s", L"%s%n");
+    log.ErrorRunTogether(E_ACCESSDENIED, L"Failed for %s", L"x");
+
+    const std::wstring systemText(FindSystemText(E_ACCESSDENIED).Get());
+    ASSERT_NE(systemText, L"");
+    EXPECT_EQ(Logged(), (Texts{L"error: Failed for %s%nError code 0xa1234567.",
+                               L"error: Failed for xError code 0x80070005 -- " + systemText}));
+    EXPECT_EQ(Host().Record().GetCallTexts()[0], "Logger: LogError(telvar-rmi, Failed for %s%nError code 0xa1234567.)");
+}
+
 TEST_F(CBridgeLogTest, EveryEntryCarriesTheComponentsName) {
     const CBridgeLog log = MakeLog();
 
@@ -73,6 +86,7 @@ TEST_F(CBridgeLogTest, WithoutALoggerNothingIsLoggedAndNoTextIsMade) {
 
     log.Error(L"e");
     log.ErrorWithResult(E_FAIL, L"e");
+    log.ErrorRunTogether(E_FAIL, L"e");
     log.WarningWithCode(E_FAIL, L"w");
     log.Info(L"i");
     log.Verbose(L"v");
