@@ -3,14 +3,15 @@
 #include <windows.h>
 
 #include <stdexcept>
+#include <string_view>
 
 #include "CJavaString.h"
 #include "RunOnNewThread.h"
-#include "TestPaths.h"
 
 namespace {
 
 CJavaVM* g_vm = nullptr;  // never deleted: a machine that waits for its end at process exit could hang it
+const char* g_archive = nullptr;
 
 /// What the machine counts, asked by plain JNI so that the product's own wrappers are not part of the measurement.
 class CJavaAccounts {
@@ -37,9 +38,10 @@ private:
     jclass m_class;
 };
 
-void StartSharedMachine() {
+void StartSharedMachine(const char* archive) {
     g_vm = new CJavaVM(TestPaths::kRealRuntime);
-    const long status = g_vm->CreateJavaVM(MakeTestOptions());
+    g_archive = archive;
+    const long status = g_vm->CreateJavaVM(MakeTestOptions(archive));
     if (status != JNI_OK) {
         throw std::runtime_error("the real Java runtime does not start: " + std::to_string(status));
     }
@@ -50,9 +52,8 @@ void StartSharedMachine() {
 
 }  // namespace
 
-std::vector<std::string> MakeTestOptions() {
-    return {std::string("-Djava.class.path=") + TestPaths::kTestClasses + ";" + TestPaths::kContractArchive, "-Xrs",
-            "-Xmx100M"};
+std::vector<std::string> MakeTestOptions(const std::string& archive) {
+    return {std::string("-Djava.class.path=") + TestPaths::kTestClasses + ";" + archive, "-Xrs", "-Xmx100M"};
 }
 
 void RunOnNewThread(const std::function<void()>& work) {
@@ -60,9 +61,19 @@ void RunOnNewThread(const std::function<void()>& work) {
 }
 
 void CRealJvmTest::SetUpTestSuite() {
+    StartWith(TestPaths::kContractArchive);
+}
+
+void CRealJvmTest::StartWith(const char* archive) {
     if (!g_vm) {
-        StartSharedMachine();
+        StartSharedMachine(archive);
+    } else if (std::string_view(g_archive) != archive) {
+        throw std::logic_error("one program, one archive: the Java machine has another one on its class path");
     }
+}
+
+int CRealJvmTest::CountUsedHeap() {
+    return CJavaAccounts::Ask(Env(), "usedHeap");
 }
 
 void CRealJvmTest::SetUp() {

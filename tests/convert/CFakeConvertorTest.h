@@ -9,13 +9,14 @@
 #include "CFakeJvmTest.h"
 #include "CJNIConvertor.h"
 
+/// What the fake runtime's ordered failures say.
+inline const std::wstring kOutOfMemory = L"java.lang.OutOfMemoryError: injected";
+
 /// The convertor between a host and the fake runtime, which fails on demand and counts exactly. No class is loaded yet.
 class CFakeConvertorTest : public CFakeJvmTest {
 protected:
     using Names = std::vector<std::string>;
     using Texts = std::vector<std::wstring>;
-
-    static inline const std::wstring kOutOfMemory = L"java.lang.OutOfMemoryError: injected";
 
     void SetUp() override {
         CFakeJvmTest::SetUp();

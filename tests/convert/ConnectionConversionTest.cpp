@@ -1,76 +1,22 @@
 #include <memory>
 #include <string>
 #include <utility>
-#include <vector>
 
-#include "BindingTable.h"
-#include "CConvertorHost.h"
-#include "CJNIConvertor.h"
-#include "CJavaClass.h"
-#include "CRealJvmTest.h"
-#include "JavaWitness.h"
+#include "CStandInTest.h"
 
 namespace {
 
-using Texts = std::vector<std::wstring>;
-
-/// The stand-ins' record of calls, which can make them throw.
-namespace Calls {
-constexpr char kClass[] = "com/orvane/kelbrin/adapters/tolmcommon/communication/rmi/client/Calls";
-constexpr JavaConstructor<> kCtor{"ctor()", "()V"};
-constexpr JavaMethod<void(jstring)> kThrowIn{"throwIn", "throwIn", "(Ljava/lang/String;)V"};
-constexpr JavaMethodBinding kRows[] = {kCtor, kThrowIn};
-}  // namespace Calls
-
 /// Connections on the real runtime, told by the class's own constructor. What needs a Java that fails on demand is in
 /// CJNIConvertorTest.cpp.
-class ConnectionConversionTest : public CRealJvmTest {
+class ConnectionConversionTest : public CStandInTest {
 protected:
-    static void SetUpTestSuite() {
-        CRealJvmTest::SetUpTestSuite();
-        const Binding::ClassRows rows = Binding::FindRows(Binding::DesktopConnection::kClass);
-        s_connectionClass = VM().LoadClass(Binding::DesktopConnection::kClass, rows.firstRow, rows.rowCount);
-        s_callsClass = Load(Calls::kClass, Calls::kRows);
-    }
-    static void TearDownTestSuite() {
-        s_connectionClass.reset();
-        s_callsClass.reset();
-    }
-
-    void SetUp() override {
-        CRealJvmTest::SetUp();
-        ASSERT_NE(s_connectionClass, nullptr);
-        ASSERT_NE(s_callsClass, nullptr);
-        m_calls = s_callsClass->NewObject(Calls::kCtor);
-        ASSERT_EQ(TakeException(), L"none");
-    }
-    void TearDown() override {
-        m_calls.reset();
-        CRealJvmTest::TearDown();
-    }
-
-    [[nodiscard]] CConvertorHost& Host() { return m_host; }
     [[nodiscard]] static JavaCallContext MakeContext(std::wstring id, std::wstring authToken, std::wstring uniqueId) {
-        return {std::shared_ptr<CJavaVM>(std::shared_ptr<CJavaVM>(), &VM()), nullptr, std::move(id),
-                std::move(authToken), std::move(uniqueId)};
+        return {SharedVM(), nullptr, std::move(id), std::move(authToken), std::move(uniqueId)};
     }
     [[nodiscard]] std::shared_ptr<CJavaObject> Convert(const JavaCallContext& context, VARIANT_BOOL isDesktop) {
-        const CHostReference<ISystemInfo> system = m_host.MakeSystem(isDesktop);
-        return CJNIConvertor(m_host.MakeLog()).GetConnection(context, *system.Get());
+        const CHostReference<ISystemInfo> system = Host().MakeSystem(isDesktop);
+        return MakeConvertor().GetConnection(context, *system.Get());
     }
-
-    /// Calls that begin like this throw from now on.
-    void ThrowIn(const std::wstring& beginning) {
-        const auto text = VM().NewString(beginning);
-        m_calls->CallVoidMethod(Calls::kThrowIn, text);
-        ASSERT_EQ(TakeException(), L"none");
-    }
-
-private:
-    static inline std::shared_ptr<CJavaClass> s_connectionClass;
-    static inline std::shared_ptr<CJavaClass> s_callsClass;
-    std::shared_ptr<CJavaObject> m_calls;
-    CConvertorHost m_host;
 };
 
 TEST_F(ConnectionConversionTest, TheConstructorReceivesTheFiveArgumentsInTheirOrder) {

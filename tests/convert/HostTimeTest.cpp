@@ -4,9 +4,13 @@
 #include <ctime>
 #include <cwchar>
 #include <limits>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "CLeakCheckedTest.h"
+#include "HostObjects.h"
+#include "StackObjects.h"
 
 namespace {
 
@@ -29,8 +33,16 @@ TEST_F(HostTimeTest, SecondsCountFromTheFirstDayOf1970) {
     EXPECT_EQ(DateToUnixSeconds(kLastDay), 253402214400U);
 }
 
-TEST_F(HostTimeTest, AJavaTimeOfWholeSecondsComesOfIt) {
-    EXPECT_EQ(DateToUnixSeconds(25570.0) * 1000, 86400000U);
+TEST_F(HostTimeTest, AJavaTimeIsInMillisecondsOfWholeSeconds) {
+    EXPECT_EQ(DateToJavaTime(kEpoch), 0);
+    EXPECT_EQ(DateToJavaTime(25570.0), 86400000);
+    EXPECT_EQ(DateToJavaTime(25570.0 + 1.4 * kSecond), 86401000);
+    EXPECT_EQ(DateToJavaTime(kLastDay), 253402214400000);
+}
+
+TEST_F(HostTimeTest, AJavaTimeBefore1970IsTheWrappedSecondsInMilliseconds) {
+    EXPECT_EQ(DateToJavaTime(25568.0), 1844674320970000);
+    EXPECT_EQ(DateToJavaTime(kLastDay + 1), 1833029933770000) << "no date counts as 1601";
 }
 
 TEST_F(HostTimeTest, NoFractionOfASecondIsLeft) {
@@ -86,6 +98,34 @@ TEST_F(HostTimeTest, ASampleOfATimeThatIsNoDateIsNamedSo) {
 
 TEST_F(HostTimeTest, ASampleOfTheLastDayIsNamedByIt) {
     EXPECT_EQ(FormatSampleTime(kLastDay).GetView(), L"12/31/99 00:00:00");
+}
+
+TEST_F(HostTimeTest, ANodeIsNamedByItsTime) {
+    const auto record = std::make_shared<CCallRecord>();
+    const auto node = MakeSampleNode(record, {kLastDay});
+    const auto undated = MakeSampleNode(record, {kLastDay + 1});
+
+    EXPECT_EQ(NameSample(*node.Get()).GetView(), L"12/31/99 00:00:00");
+    EXPECT_EQ(NameSample(*undated.Get()).GetView(), L"Invalid DateTime");
+
+    EXPECT_EQ(record->GetCallTexts(), (std::vector<std::string>{"Sample: get_time", "Sample: get_time"}));
+}
+
+TEST_F(HostTimeTest, ANodeThatDoesNotTellItsTimeHasNone) {
+    const auto record = std::make_shared<CCallRecord>();
+    const auto node = MakeSampleNode(record, {kLastDay});
+    for (const HRESULT failure : {E_FAIL, E_NOTIMPL, static_cast<HRESULT>(0x8ABCDEF0)}) {
+        record->Fail("Sample: get_time", 1, failure);
+
+        EXPECT_EQ(NameSample(*node.Get()).GetView(), L"Invalid DateTime");
+    }
+}
+
+TEST_F(HostTimeTest, ANodeThatFailsHasNoTimeWhateverItLeavesBehind) {
+    CStackNode node;
+    node.getTime = E_FAIL;
+
+    EXPECT_EQ(NameSample(node).GetView(), L"Invalid DateTime");
 }
 
 }  // namespace

@@ -287,6 +287,57 @@ TEST_F(CJavaVMFaultTest, TheTwoLocksAreNeverHeldTogether) {
     ExpectKeptLocals(0);  // went with the machine
 }
 
+// ---- exceptions -----------------------------------------------------------------------------------------
+
+FakeException Saying(const char* description) {
+    FakeException exception;
+    exception.description = description;
+    return exception;
+}
+
+TEST_F(CJavaVMFaultTest, APendingExceptionsTextIsTaken) {
+    ASSERT_TRUE(Fake().SetPendingException(Saying("java.lang.Error: why")));
+    ExpectKeptLocals(1);
+
+    EXPECT_EQ(VM().TakeExceptionText(), L"java.lang.Error: why");
+
+    EXPECT_FALSE(Fake().IsExceptionPending());
+    EXPECT_EQ(VM().TakeExceptionText(), L"") << "it is gone";
+}
+
+TEST_F(CJavaVMFaultTest, ADroppedExceptionIsNotLookedAtAndLeavesNoReference) {
+    ASSERT_TRUE(Fake().SetPendingException(Saying("why")));
+    ForgetCalls();
+
+    VM().DropJavaException();
+
+    EXPECT_EQ(Calls(), Names{"ExceptionClear"});
+    EXPECT_FALSE(Fake().IsExceptionPending());
+}
+
+TEST_F(CJavaVMFaultTest, WithoutAnExceptionThereIsNothingToTakeOrDrop) {
+    ForgetCalls();
+
+    EXPECT_EQ(VM().TakeExceptionText(), L"");
+    VM().DropJavaException();
+
+    EXPECT_EQ(Calls(), (Names{"ExceptionOccurred", "ExceptionClear"}));
+}
+
+TEST_F(CJavaVMFaultTest, AThreadThatJavaDoesNotKnowTakesAndDropsNothing) {
+    ASSERT_TRUE(Fake().SetPendingException(Saying("this thread's own")));
+    ForgetCalls();
+
+    RunOnNewThread([&] {
+        EXPECT_EQ(VM().TakeExceptionText(), L"");
+        VM().DropJavaException();
+    });
+
+    EXPECT_EQ(Calls(), Names{});
+    EXPECT_TRUE(Fake().IsExceptionPending());
+    VM().DropJavaException();
+}
+
 // ---- end ------------------------------------------------------------------------------------------------
 
 TEST_F(CJavaVMFaultTest, TheEndReleasesTheClassesAndThenDestroysTheMachine) {

@@ -27,4 +27,11 @@ public class Accounts {
     public static int threads() {
         return ManagementFactory.getThreadMXBean().getThreadCount();
     }
+
+    /** Bytes of the heap that are in use when what nobody refers to has been collected. */
+    public static int usedHeap() {
+        System.gc();
+        Runtime runtime = Runtime.getRuntime();
+        return (int) (runtime.totalMemory() - runtime.freeMemory());
+    }
 }

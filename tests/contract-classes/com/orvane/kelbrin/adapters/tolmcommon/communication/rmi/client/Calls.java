@@ -22,6 +22,14 @@ public class Calls {
         }
     }
 
+    /** Forgets the calls so far, and gives their memory back. */
+    public void forget() {
+        synchronized (CALLS) {
+            CALLS.setLength(0);
+            CALLS.trimToSize();
+        }
+    }
+
     /** Calls that begin like this throw from now on; none for an empty text. */
     public void throwIn(String beginning) {
         synchronized (CALLS) {
