@@ -5,9 +5,16 @@
 namespace {
 
 constexpr wchar_t kMakerKey[] = L"Software\\Orvane, Inc.";
+constexpr wchar_t kMakerPolicyKey[] = L"Software\\Policies\\Orvane, Inc.";
+constexpr wchar_t kAgentSubkey[] = L"\\Desktop Agent";
 
 std::wstring ProductOfThisProcess() {
     return L"Test product " + std::to_wstring(GetCurrentProcessId());
+}
+
+/// This process's product below one of the maker's keys.
+std::wstring ProductKey(const wchar_t* makerKey) {
+    return std::wstring(makerKey) + L"\\" + ProductOfThisProcess();
 }
 
 wchar_t* WINAPI CommandLineWithProduct() {
@@ -32,11 +39,19 @@ CAgentRegistry::~CAgentRegistry() {
 }
 
 std::wstring CAgentRegistry::AgentKey() const {
-    return std::wstring(kMakerKey) + L"\\" + ProductOfThisProcess() + L"\\Desktop Agent";
+    return ProductKey(kMakerKey) + kAgentSubkey;
+}
+
+std::wstring CAgentRegistry::PolicyKey() const {
+    return ProductKey(kMakerPolicyKey) + kAgentSubkey;
 }
 
 std::wstring CAgentRegistry::BrokerKey() {
     return std::wstring(kMakerKey) + L"\\Orvane Dorsel";
+}
+
+std::wstring CAgentRegistry::NodeManagerKey() {
+    return BrokerKey() + L"\\Node Manager";
 }
 
 void CAgentRegistry::SetAgentText(const wchar_t* name, const std::wstring& text) const {
@@ -59,7 +74,9 @@ void CAgentRegistry::SetBytes(const std::wstring& key, const wchar_t* name, DWOR
 }
 
 void CAgentRegistry::RemoveKeys() const {
-    RegDeleteTreeW(HKEY_LOCAL_MACHINE, (std::wstring(kMakerKey) + L"\\" + ProductOfThisProcess()).c_str());
+    for (const wchar_t* const makerKey : {kMakerKey, kMakerPolicyKey}) {
+        RegDeleteTreeW(HKEY_LOCAL_MACHINE, ProductKey(makerKey).c_str());
+    }
     RegDeleteTreeW(HKEY_LOCAL_MACHINE, BrokerKey().c_str());
 }
 

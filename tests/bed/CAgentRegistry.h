@@ -20,7 +20,9 @@ public:
     CAgentRegistry& operator=(const CAgentRegistry&) = delete;
 
     [[nodiscard]] std::wstring AgentKey() const;
+    [[nodiscard]] std::wstring PolicyKey() const;
     [[nodiscard]] static std::wstring BrokerKey();
+    [[nodiscard]] static std::wstring NodeManagerKey();
 
     /// Values of the agent's and of the broker agent's key; the key is made when it is missing.
     void SetAgentText(const wchar_t* name, const std::wstring& text) const;

@@ -96,6 +96,10 @@ constexpr EntryPoint kEntryPoints[] = {
      "?RegisterDataDumpCallback@CRMICommManager@@QEAAJPEB_W00PEAUIDataDumpCallback@@@Z"},
     {"_ZN15CRMICommManager26UnregisterDataDumpCallbackEPKwS1_S1_P17IDataDumpCallback",
      "?UnregisterDataDumpCallback@CRMICommManager@@QEAAJPEB_W00PEAUIDataDumpCallback@@@Z"},
+    {"_ZN16CRMIConfigLoader13GetServerInfoE10tagVARIANTPPwS2_S2_",
+     "?GetServerInfo@CRMIConfigLoader@@SAJUtagVARIANT@@PEAPEA_W11@Z"},
+    {"_ZN16CRMIConfigLoader16GetConfigContentE10tagVARIANTPS0_",
+     "?GetConfigContent@CRMIConfigLoader@@SAJUtagVARIANT@@PEAU2@@Z"},
 };
 
 /// The record of an image's debug directory that names its build.
@@ -299,8 +303,8 @@ TEST_F(ProductImageTest, NothingIsExportedByOrdinalAlone) {
         named.insert(index);
     }
 
-    EXPECT_EQ(Exports().NumberOfFunctions, 8U);
-    EXPECT_EQ(named, (std::set<WORD>{0, 1, 2, 3, 4, 5, 6, 7}));
+    EXPECT_EQ(Exports().NumberOfFunctions, 12U);
+    EXPECT_EQ(named, (std::set<WORD>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}));
 }
 
 TEST_F(ProductImageTest, BothNamesOfAnEntryPointMeanTheSameFunction) {

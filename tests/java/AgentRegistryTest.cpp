@@ -42,6 +42,10 @@ TEST_F(AgentRegistryTest, TheAgentsKeyIsThatOfTheProduct) {
     EXPECT_EQ(AgentKeyPath(), m_registry.AgentKey());
 }
 
+TEST_F(AgentRegistryTest, ThePolicyKeyIsThatOfTheProductToo) {
+    EXPECT_EQ(PolicyKeyPath(), m_registry.PolicyKey());
+}
+
 TEST_F(AgentRegistryTest, ATextIsRead) {
     EXPECT_EQ(ReadStored(REG_SZ, BytesOf(L"C:\\Program Files\\\u00e9\u4e2d")),
               (Outcome{S_OK, L"C:\\Program Files\\\u00e9\u4e2d"}));

@@ -8,6 +8,7 @@ namespace {
 
 constexpr wchar_t kMakerKey[] = L"Software\\Orvane, Inc.";
 constexpr wchar_t kAgentKey[] = L"Desktop Agent";
+constexpr wchar_t kOwnMachineKey[] = L"Own machine";
 
 struct AgentValue {
     const wchar_t* name;
@@ -99,4 +100,20 @@ bool CInstallation::Remove() const {
     const CKey maker(HKEY_LOCAL_MACHINE, kMakerKey);
     // An empty name would mean the maker's key itself.
     return m_product[0] != L'\0' && RegDeleteTreeW(maker.Get(), m_product) == ERROR_SUCCESS;
+}
+
+bool CInstallation::EnterOwnMachine() const {
+    const CKey maker(HKEY_LOCAL_MACHINE, kMakerKey);
+    const CKey ofProduct(maker.Get(), m_product);
+    const CKey machine(ofProduct.Get(), kOwnMachineKey);
+    return machine.Get() && RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine.Get()) == ERROR_SUCCESS;
+}
+
+bool CInstallation::LeaveOwnMachine() {
+    return RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr) == ERROR_SUCCESS;
+}
+
+bool CInstallation::WriteMachineText(const wchar_t* key, const wchar_t* name, const wchar_t* text) {
+    const CKey opened(HKEY_LOCAL_MACHINE, key);
+    return WriteText(opened.Get(), name, text);
 }

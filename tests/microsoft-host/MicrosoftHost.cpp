@@ -7,6 +7,7 @@
 
 #include "CAnswerListener.h"
 #include "CRMICommManager.h"
+#include "CRMIConfigLoader.h"
 #include "DataType.h"
 #include "CInstallation.h"
 #include "NoRuntime.h"
@@ -27,6 +28,15 @@ constexpr unsigned __int64 kId = 0x8000000700000009;
 constexpr wchar_t kPointedAtUrl[] =
     L"Updated the message server URL in the Java client to rmi://first?onStartup=welcome.";
 constexpr wchar_t kPointedAtEmptyUrl[] = L"Updated the message server URL in the Java client to .";
+/// Where the loader looks for a server.
+constexpr wchar_t kListKey[] = L"Software\\Orvane, Inc.\\Orvane Dorsel\\Node Manager";
+constexpr wchar_t kListValue[] = L"Kelbrin Server URL";
+constexpr wchar_t kServerKey[] = L"Software\\Server";
+constexpr wchar_t kConfiguration[] = L"<agent><serverConfigRegistry>Software\\Server</serverConfigRegistry></agent>";
+constexpr wchar_t kList[] = L"rmi://list|second|list's certificate";
+constexpr wchar_t kServerUrl[] = L"rmi://server";
+constexpr wchar_t kServerCertificate[] = L"server's certificate";
+constexpr wchar_t kUniqueId[] = L"unique-7";
 /// A kind of data without a name: accepted, and not sent.
 constexpr unsigned char kUnnamedType = 11;
 
@@ -57,6 +67,59 @@ void CheckResult(const char* call, HRESULT result) {
         printf("result %08lX: ", static_cast<unsigned long>(result));
     }
     Check(call, result == S_OK);
+}
+
+bool IsText(const wchar_t* text, const wchar_t* expected) {
+    return text && lstrcmpW(text, expected) == 0;
+}
+
+VARIANT MakeConfiguration() {
+    VARIANT configuration;
+    configuration.vt = VT_BSTR;
+    configuration.bstrVal = SysAllocString(kConfiguration);
+    return configuration;
+}
+
+/// The server that the loader finds, with the configuration as a text.
+void CheckServer(const wchar_t* url, const wchar_t* secondValue, const wchar_t* certificate) {
+    VARIANT configuration = MakeConfiguration();
+    wchar_t* given[3] = {};
+    CheckResult("the loader finds a server",
+                CRMIConfigLoader::GetServerInfo(configuration, &given[0], &given[1], &given[2]));
+    Check("its URL is the first text", IsText(given[0], url));
+    Check("the machine's id, or what stands for it, is the second", IsText(given[1], secondValue));
+    Check("its certificate is the third", IsText(given[2], certificate));
+    for (wchar_t* const text : given) {
+        SysFreeString(text);
+    }
+    Check("the configuration is as it was",
+          configuration.vt == VT_BSTR && IsText(configuration.bstrVal, kConfiguration));
+    VariantClear(&configuration);
+}
+
+void CheckConfigContent() {
+    VARIANT configuration = MakeConfiguration();
+    VARIANT content;
+    VariantInit(&content);
+    CheckResult("the loader reads the configuration", CRMIConfigLoader::GetConfigContent(configuration, &content));
+    Check("it names the server's key", content.vt == VT_BSTR && IsText(content.bstrVal, kServerKey));
+    VariantClear(&content);
+    VariantClear(&configuration);
+}
+
+void CheckConfigLoader(const CInstallation& installation) {
+    Check("the process has a machine of its own", installation.EnterOwnMachine());
+    CheckConfigContent();
+    Check("a server's key is written",
+          CInstallation::WriteMachineText(kServerKey, L"MessageServerURL", kServerUrl) &&
+              CInstallation::WriteMachineText(kServerKey, L"AdapterCertificate", kServerCertificate));
+    CheckServer(kServerUrl, kUniqueId, kServerCertificate);
+    Check("that there was no list before was complained of", g_objects.logger.CountComplaints() == 1);
+    Check("a list is written", CInstallation::WriteMachineText(kListKey, kListValue, kList));
+    CheckServer(L"rmi://list", L"second", L"list's certificate");
+    Check("the logger is the host's alone again", g_objects.logger.CountReferences() == 1);
+    Check("so is the system information", g_objects.systemInfo.CountReferences() == 1);
+    Check("the machine is all processes' again", CInstallation::LeaveOwnMachine());
 }
 
 void CheckInstance(CRMICommManager& manager) {
@@ -129,7 +192,6 @@ void UseTheLibrary() {
     CheckUnnamedType(manager);
     CheckSwitches(manager);
     CheckEndOfRegistration(manager);
-    Check("nothing was complained of", g_objects.logger.CountComplaints() == 0);
 }
 
 }  // namespace
@@ -143,7 +205,10 @@ int RunHost() {
                 CoRegisterClassObject(kServiceClassId, &g_objects.classObject, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
                                       &registration));
 
+    CheckConfigLoader(installation);
+    const int complaints = g_objects.logger.CountComplaints();
     UseTheLibrary();
+    Check("nothing was complained of", g_objects.logger.CountComplaints() == complaints);
 
     CheckResult("the service class is revoked", CoRevokeClassObject(registration));
     Check("the class object is the host's alone again", g_objects.classObject.CountReferences() == 1);

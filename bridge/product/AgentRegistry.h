@@ -8,6 +8,9 @@
 /// std::bad_alloc.
 [[nodiscard]] std::wstring AgentKeyPath();
 
+/// The key under HKEY_LOCAL_MACHINE that an administrator's policy writes for the same product. Throws std::bad_alloc.
+[[nodiscard]] std::wstring PolicyKeyPath();
+
 /// Reads a text from the registry under HKEY_LOCAL_MACHINE (the process's own view of it), up to its first zero;
 /// REG_EXPAND_SZ is not expanded. Any thread. Throws CHresultException when memory is exhausted.
 ///

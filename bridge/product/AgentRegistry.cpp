@@ -7,6 +7,7 @@
 namespace {
 
 constexpr wchar_t kMakerKey[] = L"Software\\Orvane, Inc.\\";
+constexpr wchar_t kMakerPolicyKey[] = L"Software\\Policies\\Orvane, Inc.\\";
 constexpr wchar_t kAgentSubkey[] = L"\\Desktop Agent";
 
 constexpr HRESULT kInvalidData = __HRESULT_FROM_WIN32(ERROR_INVALID_DATA);
@@ -49,6 +50,10 @@ HRESULT ReadText(const CRegistryKey& key, const wchar_t* valueName, DWORD bytes,
 
 std::wstring AgentKeyPath() {
     return kMakerKey + ProductName() + kAgentSubkey;
+}
+
+std::wstring PolicyKeyPath() {
+    return kMakerPolicyKey + ProductName() + kAgentSubkey;
 }
 
 HRESULT ReadAgentRegistryString(const std::wstring& keyPath, const wchar_t* valueName, std::wstring& text) {
