@@ -38,7 +38,7 @@ std::shared_ptr<CJavaObject> CJNIConvertor::GetDesktop(const std::shared_ptr<CJa
         return {};
     }
     const CSafeArray records = GetNetworkInterfaces(m_log, *systemInfo);
-    const std::shared_ptr<CJavaObject> desktop = MakeDesktop(vm, *desktopClass, *systemInfo);
+    std::shared_ptr<CJavaObject> desktop = MakeDesktop(vm, *desktopClass, *systemInfo);
     if (!desktop || !PutTotalMemory(*vm, *desktop, *systemInfo)) {
         return {};
     }

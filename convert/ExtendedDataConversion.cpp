@@ -38,7 +38,7 @@ std::shared_ptr<CJavaObject> CJNIConvertor::GetHashMap(const std::shared_ptr<CJa
     if (!mapClass) {
         return {};
     }
-    const std::shared_ptr<CJavaObject> map = mapClass->NewObject(HashMap::kCtor);
+    std::shared_ptr<CJavaObject> map = mapClass->NewObject(HashMap::kCtor);
     if (!map) {
         m_log.Error(kNoHashMap, vm->TakeExceptionText().c_str());
         return {};

@@ -24,7 +24,7 @@ std::shared_ptr<CJavaObject> CJNIConvertor::GetMetric(const std::shared_ptr<CJav
     if (!value) {
         return {};
     }
-    const std::shared_ptr<CJavaObject> metric = MakeMetric(vm, name);
+    std::shared_ptr<CJavaObject> metric = MakeMetric(vm, name);
     if (!metric) {
         return {};
     }

@@ -34,7 +34,7 @@ std::shared_ptr<CJavaObject> CJNIConvertor::GetSample(const std::shared_ptr<CJav
         return {};
     }
     DATE time = 0;
-    const std::shared_ptr<CJavaObject> javaSample = MakeSample(vm, *sample, time);
+    std::shared_ptr<CJavaObject> javaSample = MakeSample(vm, *sample, time);
     if (!javaSample) {
         return {};
     }

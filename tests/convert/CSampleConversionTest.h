@@ -14,7 +14,7 @@
 /// Conversions of samples and their parts, the classes of the data model loaded.
 class CSampleConversionTest : public CDataConversionTest {
 protected:
-    /// Formatted by whoever takes a message for a format.
+    /// What Java says; it comes out otherwise where it is taken for a format.
     static constexpr char kRefusal[] = "refused %s%n";
     static inline const std::wstring s_refused = L"refused %s%n";
 

@@ -1,9 +1,8 @@
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
 #include <limits>
 #include <string>
+#include <vector>
 
 #include "BindingTable.h"
 #include "CBstr.h"
