@@ -1,6 +1,8 @@
 #include "CDataDispatch.h"
 
-#include "BindingTable.h"
+#include <algorithm>
+#include <iterator>
+
 #include "CBstr.h"
 #include "CJavaString.h"
 #include "Enum2String.h"
@@ -10,27 +12,38 @@
 
 namespace {
 
-namespace Client = Binding::DesktopMessageClient;
-
 /// A kind without a name: a poll of the desktop.
 constexpr unsigned char kDesktopPoll = 255;
 /// Of an item that did not reach the message server: the Win32 error 5035.
 constexpr HRESULT kServerNotReached = static_cast<HRESULT>(0x800713AB);
 
-constexpr wchar_t kClientDescriptor[] =
-    L"<client><type>DesktopAgent</type><name>%s</name><id>%s</id><version>%s.%s.%s.%s</version><uniqueid>%s</uniqueid>"
-    L"</client>";
-constexpr const wchar_t* kClientVersion[] = {L"6", L"2", L"0", L"3274634"};
-
 constexpr wchar_t kEventNotSent[] = L"Failed to send user event %s for user %s to the message server.  %s";
 constexpr wchar_t kDataNotSent[] = L"Failed to send data with type %s to the message server.  %s";
-constexpr wchar_t kStartupNotTold[] = L"Failed to CallCallback for eStartup:(%s, %s, %s)";
-
-const wchar_t* OrNull(const wchar_t* text) noexcept {
-    return text ? text : L"null";
-}
 
 }  // namespace
+
+const CDataDispatch::Kind CDataDispatch::s_kinds[] = {
+    // type, is a session event, takes the desktop
+    {eUserSessionStart, true, false, &CDataDispatch::SendNothing},
+    {eUserSessionLogon, true, true, &CDataDispatch::SendLogon},
+    {eUserSessionLogoff, true, false, &CDataDispatch::SendLogoff},
+    {eUserSessionRefresh, true, true, &CDataDispatch::SendRefresh},
+    {eUserSessionReconnect, true, false, &CDataDispatch::SendReconnect},
+    {eUserSessionDisconnect, true, false, &CDataDispatch::SendDisconnect},
+    {eUserSessionEnd, true, false, &CDataDispatch::SendNothing},
+    {eExtendedData, false, false, &CDataDispatch::SendExtendedData},
+    {eStartup, false, false, &CDataDispatch::SendStartup},
+    {eSample, false, false, &CDataDispatch::SendSample},
+    {eTraceRoute, false, false, &CDataDispatch::SendTraceRoute},
+    {kDesktopPoll, false, true, &CDataDispatch::SendDesktopPoll},
+};
+
+/// Null for a type that nobody has given a meaning.
+const CDataDispatch::Kind* CDataDispatch::FindKind(unsigned char type) noexcept {
+    const Kind* const found =
+        std::find_if(std::begin(s_kinds), std::end(s_kinds), [type](const Kind& kind) { return kind.type == type; });
+    return found == std::end(s_kinds) ? nullptr : found;
+}
 
 CDataDispatch::CDataDispatch(const CBridgeLog& log, const JavaBridge& bridge, ISystemInfo& systemInfo,
                              CCallbackRegistry& callbacks, PointClient pointClient, const MachineIdentity& identity,
@@ -45,70 +58,38 @@ CDataDispatch::CDataDispatch(const CBridgeLog& log, const JavaBridge& bridge, IS
       m_convertor(log) {}
 
 HRESULT CDataDispatch::Send() {
-    FindSession();
-    switch (m_item.type) {
-        case eStartup:
-            return SendStartup();
-        case eUserSessionStart:
-        case eUserSessionLogon:
-        case eUserSessionLogoff:
-        case eUserSessionRefresh:
-        case eUserSessionReconnect:
-        case eUserSessionDisconnect:
-        case eUserSessionEnd:
-        case eExtendedData:
-        case eSample:
-        case eTraceRoute:
-        case kDesktopPoll:
-            return E_NOTIMPL;
-        default:
-            return m_componentsResult;
-    }
-}
-
-HRESULT CDataDispatch::SendStartup() {
-    const std::shared_ptr<CJavaObject> connection = m_convertor.GetConnection(m_context, m_systemInfo);
-    if (!connection) {
-        return E_FAIL;
-    }
-    // Hidden from the log: the virtual machine's id is part of it.
-    const std::shared_ptr<CJavaString> descriptor =
-        m_convertor.NewJavaString(m_context.vm, MakeClientDescriptor(), true);
-    if (!descriptor) {
-        return E_FAIL;
-    }
-    const HRESULT pointed = m_pointClient();
-    if (FAILED(pointed)) {
-        return pointed;
-    }
-    const std::shared_ptr<CJavaString> answer =
-        m_context.messageClient->CallStringMethod(Client::kOnStartup, descriptor, connection);
-    const HRESULT sent = CheckSent();
-    if (FAILED(sent)) {
-        return sent;
-    }
-    std::wstring text;
-    const HRESULT read = ReadAnswer(answer, text);
-    if (read != S_OK) {
-        return FAILED(read) ? read : m_componentsResult;
-    }
-    const HRESULT told = TellCallbacks(eStartup, kStartupNotTold, text);
-    return FAILED(told) ? told : m_componentsResult;
-}
-
-/// Events of sessions are logged with their user, so each kind of data is asked whether it is one.
-void CDataDispatch::FindSession() {
+    // Asked for with every kind of data: failures to send name the user where there is one.
     m_session = QueryHostObject<IUserSessionInfo>(m_item.data);
+
+    const Kind* const kind = FindKind(m_item.type);
+    if (!kind) {
+        return m_componentsResult;
+    }
+    m_connection = m_convertor.GetConnection(m_context, m_systemInfo);
+    if (!m_connection) {
+        return E_FAIL;
+    }
+    if (kind->isSessionEvent) {
+        if (!m_session) {
+            return E_FAIL;
+        }
+        m_javaSession = m_convertor.GetUserSession(m_context.vm, m_session.Get());
+        if (!m_javaSession) {
+            return m_componentsResult;
+        }
+    }
+    if (kind->takesDesktop) {
+        m_desktop = m_convertor.GetDesktop(m_context.vm, &m_systemInfo);
+        if (!m_desktop) {
+            return m_componentsResult;
+        }
+    }
+    return (this->*kind->send)();
 }
 
-/// A machine name that is not to be had is empty.
-std::wstring CDataDispatch::MakeClientDescriptor() const {
-    CBstr machineName;
-    static_cast<void>(m_systemInfo.get_machineName(machineName.Receive()));
-    return std::wstring(CWideString::Format(kClientDescriptor, machineName.GetText(), m_context.id.c_str(),
-                                            kClientVersion[0], kClientVersion[1], kClientVersion[2], kClientVersion[3],
-                                            m_context.uniqueId.c_str())
-                            .GetView());
+/// The beginning and the end of a session are known by its logon and its logoff.
+HRESULT CDataDispatch::SendNothing() {
+    return m_componentsResult;
 }
 
 /// Whether the message client took the item: to be asked right after the call.
@@ -143,13 +124,4 @@ void CDataDispatch::LogNotSent(const std::wstring& exceptionText) const {
         return;
     }
     m_log.Error(kEventNotSent, typeName.GetText(), GetUserLabel(*m_session.Get()).c_str(), exceptionText.c_str());
-}
-
-HRESULT CDataDispatch::TellCallbacks(DataType type, const wchar_t* failure, const std::wstring& text) const {
-    const ServerConfig server = MakeServerConfig(m_item.url, m_item.authToken, m_item.certificate);
-    const HRESULT told = m_callbacks.CallCallback(server, type, text.c_str());
-    if (FAILED(told)) {
-        m_log.Error(failure, OrNull(m_item.url), OrNull(m_item.authToken), OrNull(m_item.certificate));
-    }
-    return told;
 }

@@ -21,8 +21,10 @@ struct IDataDumpCallback;
 /// Texts are UTF-16, closed by a zero, stay the caller's, and may be null, which counts as empty. Three of them say
 /// which message server is meant: its URL, the authentication token, and the server's certificate.
 ///
-/// Exhausted memory leaves as an exception: CHresultException, `_com_error`, or std::bad_alloc. Hosts that are built
-/// with MinGW-w64 can catch these by type, hosts of Microsoft's compiler cannot. No other failure throws.
+/// Exhausted memory leaves as an exception: CHresultException, `_com_error`, or std::bad_alloc. So does, as a
+/// CHresultException, an ISystemInfo that gives no array of network adapters when a logon, a refresh or a poll
+/// describes the machine. Hosts that are built with MinGW-w64 can catch these by type, hosts of Microsoft's compiler
+/// cannot. No other failure throws.
 class CRMICommManager {
 public:
     CRMICommManager(const CRMICommManager&) = delete;
@@ -31,22 +33,26 @@ public:
     /// The one object. Never fails, starts nothing.
     static TELVAR_RMI_API CRMICommManager& GetInstance();
 
-    /// Sends one data item. The first call starts the Java machine, and whenever the three texts differ from those of
-    /// the last successful switch, the message client is pointed at the other server. Java's failures are in the host's
-    /// log. Takes IUnknown only.
+    /// Sends one data item and acts on the server's answer: start-ups and logons go to the callbacks, an answer to a
+    /// sample, extended data or a poll is an action for the host's executor. The first call starts the Java machine,
+    /// and whenever the three texts differ from those of the last successful switch, the message client is pointed at
+    /// the other server. Java's failures are in the host's log. Takes IUnknown only.
     ///
     /// @param url         the message server; letter case does not count in comparisons
     /// @param authToken   the token that the server asks for
     /// @param certificate the server's certificate
-    /// @param id          handed on with session events and polls
+    /// @param id          handed on with session events and polls, in Java's 64 bits
     /// @param type        a DataType; 255 is a poll of the desktop; 11 to 254 are accepted and send nothing
-    /// @param data        the host's object, which has the interfaces that the type asks for; may be null where it
-    ///                    asks for none
-    /// @return S_OK, or what the host's component identities were got with where that failed and nothing else did;
-    ///         0x800713AB when the message server cannot be reached; E_FAIL for every other failure of Java's, for an
-    ///         answer that no callback is registered for, after a start that failed or the starting thread's end, and
-    ///         for a call out of the midst of a start or a switch on the same thread; E_NOTIMPL for a type that is not
-    ///         sent yet; else the HRESULT of what failed
+    /// @param data        the host's object with the interfaces that the type asks for; null where it asks for none:
+    ///                    0 to 6   IUserSessionInfo, a logoff (2) ISampleNode as well where there are figures
+    ///                    7        IPropertyBox ("meta-data", "metrics") and ISampleNode
+    ///                    9        ISampleNode
+    ///                    10       IPropertyBox ("metadata", "route")
+    /// @return S_OK, or what the host's component identities were got with where that failed and nothing else did; the
+    ///         executor's result where there was an action; 0x800713AB when the message server cannot be reached;
+    ///         E_FAIL for every other failure of Java's, for data without the interface, for an answer that no callback
+    ///         is registered for, after a start that failed or the starting thread's end, and for a call out of the
+    ///         midst of a start or a switch on the same thread; else the HRESULT of what failed
     template <typename Data>
     TELVAR_RMI_API long DumpData(const wchar_t* url, const wchar_t* authToken, const wchar_t* certificate,
                                  unsigned __int64 id, unsigned char type, Data* data);

@@ -105,3 +105,21 @@ int CountJavaThreads() {
     java.Check();
     return count;
 }
+
+long long CountJavaHeap() {
+    const CWitnessThread java;
+    const jclass system = java->FindClass("java/lang/System");
+    java.Check();
+    java->CallStaticVoidMethod(system, java->GetStaticMethodID(system, "gc", "()V"));
+    java.Check();
+    const jclass runtimeClass = java->FindClass("java/lang/Runtime");
+    java.Check();
+    const jobject runtime = java->CallStaticObjectMethod(
+        runtimeClass, java->GetStaticMethodID(runtimeClass, "getRuntime", "()Ljava/lang/Runtime;"));
+    java.Check();
+    const jlong total = java->CallLongMethod(runtime, java->GetMethodID(runtimeClass, "totalMemory", "()J"));
+    java.Check();
+    const jlong free = java->CallLongMethod(runtime, java->GetMethodID(runtimeClass, "freeMemory", "()J"));
+    java.Check();
+    return total - free;
+}

@@ -13,3 +13,6 @@
 
 /// Live threads that the machine knows, attached native ones included.
 [[nodiscard]] int CountJavaThreads();
+
+/// Bytes of the machine's heap that are in use when what nobody refers to has been collected.
+[[nodiscard]] long long CountJavaHeap();

@@ -17,7 +17,7 @@ inline const std::wstring kInDumpData =
 inline const std::wstring kInSetCurrentServerConfig =
     L" in long __cdecl CRMICommManagerImpl::SetCurrentServerConfig(const wchar_t *,const wchar_t *,const wchar_t *)";
 
-/// The sending of items that need no conversion, between a host and the fake runtime.
+/// The sending of items, between a host and the fake runtime.
 class CDumpDataFixture : public CManagedTest {
 protected:
     void SetUp() override {
@@ -42,8 +42,8 @@ protected:
         return system;
     }
 
-    long Dump(unsigned char type, IUnknown* data = nullptr) {
-        return m_manager->DumpData<IUnknown>(kUrl, kToken, kCertificate, 1, type, data);
+    long Dump(unsigned char type, IUnknown* data = nullptr, unsigned __int64 id = 1) {
+        return m_manager->DumpData<IUnknown>(kUrl, kToken, kCertificate, id, type, data);
     }
 
     /// Brings the bridge up and forgets how that went.

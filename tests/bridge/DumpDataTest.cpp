@@ -378,12 +378,4 @@ TEST_F(ComponentIdentityTest, WhatCannotBecomeATextIsPassedOver) {
     EXPECT_EQ(SenderWith(MakeNull()), "machine 7");
 }
 
-TEST_F(DumpDataTest, AKindThatIsNotSentYetIsRefused) {
-    Start();
-    for (const int type : {0, 1, 2, 3, 4, 5, 6, 7, 9, 10, 255}) {
-        EXPECT_EQ(Dump(static_cast<unsigned char>(type)), E_NOTIMPL) << type;
-    }
-    EXPECT_EQ(CallsSinceStart(), Calls{});
-}
-
 }  // namespace

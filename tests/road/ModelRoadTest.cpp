@@ -11,8 +11,9 @@
 #include "CJavaClass.h"
 #include "CJavaLocalFrame.h"
 #include "CJavaString.h"
+#include "CMessageServer.h"
 #include "JavaBridge.h"
-#include "Road.h"
+#include "RoadItems.h"
 #include "TestPaths.h"
 
 namespace {
@@ -29,7 +30,7 @@ protected:
         ExpectKept(&ResourceCounts::comBlocks, 1);  // by the runtime's own libraries
         ASSERT_EQ(StartJavaBridge(MakeLog(), m_bridge), S_OK);
         m_frame.emplace(m_bridge.vm->GetEnv());
-        Call(m_bridge.messageClient, Client::kSetProviderUrl, Text(Road::PlainUrl()));
+        Call(m_bridge.messageClient, Client::kSetProviderUrl, Text(m_server.Url()));
         Call(m_bridge.messageClient, Client::kInitialize, nullptr, nullptr);
     }
 
@@ -141,6 +142,8 @@ protected:
         return map;
     }
 
+    const CMessageServer m_server{"plain"};
+
 private:
     void ExpectNoException() {
         std::wstring text;
@@ -170,10 +173,6 @@ const std::string kSession =
 const std::string kSample = R"("sample":{"time":{"long":86400000},)" + kMetrics + R"(,"sessions":[)" + kSession + "]}";
 const std::string kMetaData = R"("metaData":[["key","value"]])";
 
-std::string Line(const std::string& method, const std::string& arguments) {
-    return R"({"method":")" + method + R"(","arguments":{)" + arguments + "}}\n";
-}
-
 TEST_F(ModelRoadTest, EveryMethodOfTheClientReachesTheServerWithEveryValue) {
     const JavaPointer connection = MakeConnection();
 
@@ -188,17 +187,17 @@ TEST_F(ModelRoadTest, EveryMethodOfTheClientReachesTheServerWithEveryValue) {
     Send(Client::kOnDesktopPoll, connection, jlong{5}, Text(L""));
     Send(Client::kOnActionPerformed, connection, MakeMap(), Text(L"route"));
 
-    EXPECT_EQ(Road::ReadText(Road::File(L"plain.json")),
-              Line("onStartup", R"("clientDescriptor":"descriptor",)" + kConnection) +
-                  Line("onUserLogon", kConnection + "," + kDesktop + R"(,"id":{"long":-1},"session":)" + kSession) +
-                  Line("onUserLogoff", kConnection + R"(,"id":{"long":1},"session":)" + kSession) +
-                  Line("onUserDisconnect", kConnection + R"(,"id":{"long":2},"session":null)") +
-                  Line("onUserReconnect", kConnection + R"(,"id":{"long":3},"session":null)") +
-                  Line("refreshSession", kConnection + R"(,"id":{"long":4},)" + kDesktop + R"(,"session":null)") +
-                  Line("onDataCollected", kConnection + "," + kSample) +
-                  Line("onExtendedDataCollected", kConnection + "," + kMetaData + "," + kSample) +
-                  Line("onDesktopPoll", kConnection + R"(,"id":{"long":5},"data":"")") +
-                  Line("onActionPerformed", kConnection + "," + kMetaData + R"(,"result":"route")"));
+    EXPECT_EQ(m_server.Record(),
+              MakeLine("onStartup", R"("clientDescriptor":"descriptor",)" + kConnection) +
+                  MakeLine("onUserLogon", kConnection + "," + kDesktop + R"(,"id":{"long":-1},"session":)" + kSession) +
+                  MakeLine("onUserLogoff", kConnection + R"(,"id":{"long":1},"session":)" + kSession) +
+                  MakeLine("onUserDisconnect", kConnection + R"(,"id":{"long":2},"session":null)") +
+                  MakeLine("onUserReconnect", kConnection + R"(,"id":{"long":3},"session":null)") +
+                  MakeLine("refreshSession", kConnection + R"(,"id":{"long":4},)" + kDesktop + R"(,"session":null)") +
+                  MakeLine("onDataCollected", kConnection + "," + kSample) +
+                  MakeLine("onExtendedDataCollected", kConnection + "," + kMetaData + "," + kSample) +
+                  MakeLine("onDesktopPoll", kConnection + R"(,"id":{"long":5},"data":"")") +
+                  MakeLine("onActionPerformed", kConnection + "," + kMetaData + R"(,"result":"route")"));
 }
 
 }  // namespace

@@ -6,37 +6,51 @@
 #include <iterator>
 #include <stdexcept>
 
+namespace fs = std::filesystem;
+
 namespace {
 
-std::wstring FromRunner(const wchar_t* name) {
-    wchar_t value[1024];
-    const DWORD length = GetEnvironmentVariableW(name, value, 1024);
-    if (length == 0 || length >= 1024) {
+constexpr DWORD kPollMs = 10;
+
+fs::path Folder() {
+    wchar_t value[MAX_PATH];
+    const DWORD length = GetEnvironmentVariableW(L"TELVAR_ROAD", value, MAX_PATH);
+    if (length == 0 || length >= MAX_PATH) {
         throw std::runtime_error("to be run by tests/road/with-servers");
     }
-    return {value, length};
+    return std::wstring(value, length);
 }
 
 }  // namespace
 
-std::wstring Road::PlainUrl() {
-    return FromRunner(L"TELVAR_PLAIN_URL");
+std::string Road::Order(const std::vector<std::string>& words) {
+    const fs::path unfinished = File("order.new");
+    {
+        std::ofstream order(unfinished, std::ios::binary);
+        for (const std::string& word : words) {
+            order << word << '\n';
+        }
+    }
+    fs::rename(unfinished, File("order"));
+    const fs::path file = File("answer");
+    while (!fs::exists(file)) {
+        Sleep(kPollMs);
+    }
+    const std::string answer = ReadText(file);
+    fs::remove(file);
+
+    static const std::string kDone = "done\n";
+    if (answer.rfind(kDone, 0) != 0) {
+        throw std::runtime_error("with-servers, ordered to " + words.at(0) + ": " + answer);
+    }
+    return answer.substr(kDone.size());
 }
 
-std::wstring Road::TlsUrl() {
-    return FromRunner(L"TELVAR_TLS_URL");
+fs::path Road::File(const std::string& name) {
+    return Folder() / name;
 }
 
-std::filesystem::path Road::File(const wchar_t* name) {
-    return std::filesystem::path(FromRunner(L"TELVAR_ROAD")) / name;
-}
-
-std::string Road::ReadText(const std::filesystem::path& file) {
+std::string Road::ReadText(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-std::wstring Road::ReadCertificate(const wchar_t* name) {
-    const std::string text = ReadText(File(name));
-    return {text.begin(), text.end()};
 }

@@ -2,18 +2,18 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
-/// What the runner of these tests, with-servers, says of the servers that it has started. Throws std::runtime_error
-/// where the test was started without it.
+/// The runner of these tests, with-servers, which starts and ends message servers on the build machine. One thread at a
+/// time. Throws std::runtime_error where the test was started without it.
 namespace Road {
 
-[[nodiscard]] std::wstring PlainUrl();
-[[nodiscard]] std::wstring TlsUrl();
+/// Has it carry out an order, and waits for that. What it has to say of it; throws where it fails.
+std::string Order(const std::vector<std::string>& words);
 
-/// A file of the runner's folder.
-[[nodiscard]] std::filesystem::path File(const wchar_t* name);
+/// A file of its folder, the servers' working directory.
+[[nodiscard]] std::filesystem::path File(const std::string& name);
+/// Empty where there is no such file.
 [[nodiscard]] std::string ReadText(const std::filesystem::path& file);
-/// A certificate's text as a host would have it.
-[[nodiscard]] std::wstring ReadCertificate(const wchar_t* name);
 
 }  // namespace Road
