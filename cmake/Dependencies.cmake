@@ -1,4 +1,4 @@
-# What tools/setup.sh brings: Boost, the JNI headers, the Java runtime for Windows, Java libraries.
+# What tools/setup.sh brings: Boost, header-only libraries, the JNI headers, the Java runtime for Windows, Java libraries.
 
 set(TELVAR_CACHE "" CACHE PATH "Folder that tools/setup.sh fills (default: as that script chooses)")
 if(NOT TELVAR_CACHE)
@@ -12,6 +12,7 @@ else()
 endif()
 
 set(BOOST_ROOT_DIR ${telvar_cache}/boost-1.74.0 CACHE PATH "Folder with include/boost and libs/thread/src")
+set(HEADER_LIBRARY_DIR ${telvar_cache}/header-libraries CACHE PATH "Folder with nlohmann/json.hpp and CLI/CLI.hpp")
 set(JNI_INCLUDE_DIR ${telvar_cache}/jni-21.0.8.2 CACHE PATH "Folder with jni.h and win32/jni_md.h")
 set(JRE_DIR ${telvar_cache}/jre-11.0.13.1 CACHE PATH "A 64-bit Java runtime for Windows, for the tests")
 set(JAVA_LIBRARY_DIR ${telvar_cache}/java-libraries CACHE PATH "Folder with the archives of Java libraries")
@@ -20,6 +21,7 @@ set(JUNIT_ARCHIVE ${JAVA_LIBRARY_DIR}/junit-platform-console-standalone-1.10.2.j
 set(PICOCLI_ARCHIVE ${JAVA_LIBRARY_DIR}/picocli-4.7.6.jar)
 
 foreach(needed ${BOOST_ROOT_DIR}/include/boost/version.hpp ${BOOST_ROOT_DIR}/libs/thread/src/win32/thread.cpp
+        ${HEADER_LIBRARY_DIR}/nlohmann/json.hpp ${HEADER_LIBRARY_DIR}/CLI/CLI.hpp
         ${JNI_INCLUDE_DIR}/jni.h ${JRE_DIR}/bin/server/jvm.dll ${GSON_ARCHIVE}
         ${JUNIT_ARCHIVE} ${PICOCLI_ARCHIVE})
   if(NOT EXISTS ${needed})
@@ -33,6 +35,10 @@ target_include_directories(jni_headers SYSTEM INTERFACE ${JNI_INCLUDE_DIR} ${JNI
 add_library(boost_headers INTERFACE)
 target_include_directories(boost_headers SYSTEM INTERFACE ${BOOST_ROOT_DIR}/include)
 target_compile_definitions(boost_headers INTERFACE BOOST_ALL_NO_LIB BOOST_BIND_GLOBAL_PLACEHOLDERS)
+
+# JSON and command lines, for the examples.
+add_library(header_libraries INTERFACE)
+target_include_directories(header_libraries SYSTEM INTERFACE ${HEADER_LIBRARY_DIR})
 
 # Boost.Thread from Boost's own sources: what thread_specific_ptr and its clean-up at a thread's end need. Sections let
 # the linker leave out the thread-starting half of thread.cpp.

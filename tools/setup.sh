@@ -17,6 +17,7 @@ die() { printf 'setup: %s\n' "$*" >&2; exit 1; }
 # ---- packages -------------------------------------------------------------------------------------------
 
 packages=(wine64 g++-mingw-w64-x86-64-posix mingw-w64-tools cmake ninja-build googletest libboost-dev
+          nlohmann-json3-dev libcli11-dev
           openjdk-17-jdk-headless maven python3 unzip xz-utils
           clang-14 lld-14 llvm-14)  # the import library for Microsoft's linker, and a test host of that linker's
 for group in "$@"; do
@@ -121,6 +122,14 @@ ensure_boost() {
   publish "$work/tree" "$cache/boost-$boost_version"
 }
 
+# Debian's header-only libraries, in a folder that holds nothing else: /usr/include itself would let the build machine's
+# headers in.
+ensure_header_library() { # FOLDER of /usr/include
+  [ ! -e "$cache/header-libraries/$1" ] || return 0
+  mkdir -p "$cache/header-libraries"
+  ln -sfn "/usr/include/$1" "$cache/header-libraries/$1"
+}
+
 # A library of Java's, from Maven's central repository: its archive alone, as $cache/java-libraries/NAME-VERSION.jar.
 ensure_java_library() { # GROUP:NAME VERSION SHA256
   local file=${1#*:}-$2.jar
@@ -150,6 +159,8 @@ install_packages "${packages[@]}"
 ensure_jre
 ensure_jni_headers
 ensure_boost
+ensure_header_library nlohmann
+ensure_header_library CLI
 ensure_java_library com.google.code.gson:gson 2.10.1 4241c14a7727c34feea6507ec801318a3d4a90f070e4525681079fb94ee4c593
 ensure_java_library info.picocli:picocli 4.7.6 ed441183f309b93f104ca9e071e314a4062a893184e18a3c7ad72ec9cba12ba0
 ensure_java_library org.junit.platform:junit-platform-console-standalone 1.10.2 a1de557821293ce903c213c694165fff532cf92081bac4238b9e05b35f04f43f
