@@ -89,36 +89,32 @@ private:
     /// Calls a method of the message client's that returns nothing.
     template <typename Method, typename... Arguments>
     [[nodiscard]] HRESULT Tell(const Method& method, const Arguments&... arguments) {
-        const HRESULT pointed = m_pointClient();
-        if (FAILED(pointed)) {
-            return pointed;
-        }
-        m_context.messageClient->CallVoidMethod(method, arguments...);
-        return CheckSent();
+        return CallPointed([&] { m_context.messageClient->CallVoidMethod(method, arguments...); });
     }
-
-    /// Calls a method of the message client's whose text nobody acts on, be it that it cannot be read.
+    /// Calls one whose text nobody acts on, nor reads.
     template <typename Method, typename... Arguments>
     [[nodiscard]] HRESULT TellUnanswered(const Method& method, const Arguments&... arguments) {
-        const HRESULT pointed = m_pointClient();
-        if (FAILED(pointed)) {
-            return pointed;
-        }
-        static_cast<void>(m_context.messageClient->CallStringMethod(method, arguments...));
-        return CheckSent();
+        return CallPointed([&] { static_cast<void>(m_context.messageClient->CallStringMethod(method, arguments...)); });
     }
-
-    /// Calls a method of the message client's that may return a text.
+    /// Calls one that may return a text.
     /// @return S_OK with the text in `answer`; S_FALSE when there is none; a failure
     template <typename Method, typename... Arguments>
     [[nodiscard]] HRESULT Ask(std::wstring& answer, const Method& method, const Arguments&... arguments) {
+        std::shared_ptr<CJavaString> returned;
+        const HRESULT sent =
+            CallPointed([&] { returned = m_context.messageClient->CallStringMethod(method, arguments...); });
+        return FAILED(sent) ? sent : ReadAnswer(returned, answer);
+    }
+
+    /// Points the client at the item's server, has `call` call it, and looks at once at what that came to.
+    template <typename Call>
+    [[nodiscard]] HRESULT CallPointed(const Call& call) {
         const HRESULT pointed = m_pointClient();
         if (FAILED(pointed)) {
             return pointed;
         }
-        const std::shared_ptr<CJavaString> returned = m_context.messageClient->CallStringMethod(method, arguments...);
-        const HRESULT sent = CheckSent();
-        return FAILED(sent) ? sent : ReadAnswer(returned, answer);
+        call();
+        return CheckSent();
     }
 
     [[nodiscard]] HRESULT CheckSent() const;

@@ -54,9 +54,9 @@ template <>
 long CRMICommManagerImpl::DumpData<IUnknown>(const wchar_t* url, const wchar_t* authToken, const wchar_t* certificate,
                                              unsigned __int64 id, unsigned char type, IUnknown* data) {
     const CCriticalSectionLock lock(m_lock);
-    const HRESULT configured = SetCurrentServerConfig(url, authToken, certificate);
+    const DataItem item{url, authToken, certificate, id, type, data};
+    const HRESULT configured = PointClient(item);
     if (FAILED(configured)) {
-        m_log.ErrorWithResult(configured, kNotConfigured, kDumpData);
         return configured;
     }
     const HRESULT refreshed = m_systemInfo->Refresh();
@@ -71,14 +71,19 @@ long CRMICommManagerImpl::DumpData<IUnknown>(const wchar_t* url, const wchar_t* 
 
     m_slots.AttachThread(m_java.vm);
     const CJavaLocalFrame frame(m_java.vm->GetEnv());
-    const DataItem item{url, authToken, certificate, id, type, data};
     // Asked for again right before the item goes out: a call that came in meanwhile may have switched to another
     // server.
-    const auto pointClient = [this, &item] {
-        return SetCurrentServerConfig(item.url, item.authToken, item.certificate);
-    };
+    const auto pointClient = [this, &item] { return PointClient(item); };
     CDataDispatch dispatch(m_log, m_java, *m_systemInfo.Get(), m_callbacks, pointClient, identity, item);
     return dispatch.Send();
+}
+
+HRESULT CRMICommManagerImpl::PointClient(const DataItem& item) {
+    const HRESULT configured = SetCurrentServerConfig(item.url, item.authToken, item.certificate);
+    if (FAILED(configured)) {
+        m_log.ErrorWithResult(configured, kNotConfigured, kDumpData);
+    }
+    return configured;
 }
 
 long CRMICommManagerImpl::RegisterDataDumpCallback(const wchar_t* url, const wchar_t* authToken,
@@ -198,7 +203,5 @@ HRESULT CRMICommManagerImpl::FetchSystemInfo() {
     if (m_systemInfo) {
         return S_OK;
     }
-    const HRESULT fetched = GetHostInterface(m_systemInfo);
-    // Unlike the logger it cannot be done without.
-    return SUCCEEDED(fetched) && !m_systemInfo ? E_POINTER : fetched;
+    return RequireHostInterface(m_systemInfo);
 }

@@ -15,6 +15,7 @@
 #include "ServerConfig.h"
 
 class CThreadSlots;
+struct DataItem;
 
 /// How far the manager has come. It goes forward only: a start that failed and a manager that was disposed stay so.
 enum class ManagerState : std::uint16_t {
@@ -66,6 +67,8 @@ public:
     [[nodiscard]] ManagerState GetState() const noexcept { return m_state; }
 
 private:
+    /// SetCurrentServerConfig for an item, its failure logged.
+    [[nodiscard]] HRESULT PointClient(const DataItem& item);
     [[nodiscard]] HRESULT FetchLogger();
     [[nodiscard]] HRESULT FetchSystemInfo();
     [[nodiscard]] HRESULT EnsureInitialized();

@@ -34,14 +34,10 @@ HRESULT CDataDispatch::ExecuteAction(HRESULT asked, const std::wstring& answer) 
         return OrComponents(asked);
     }
     Microsoft::WRL::ComPtr<IActionExecutor> executor;
-    const HRESULT got = GetHostInterface(executor);
+    const HRESULT got = RequireHostInterface(executor);
     if (FAILED(got)) {
         m_log.ErrorRunTogether(got, kNoExecutor);
         return got;
-    }
-    if (!executor) {
-        m_log.ErrorRunTogether(E_POINTER, kNoExecutor);
-        return E_POINTER;
     }
     CVariant action;
     action.SetText(answer);

@@ -19,7 +19,7 @@ constexpr wchar_t kMetrics[] = L"metrics";
 /// The machine's measurements. Its sessions are the host's of this moment, fetched anew for each sample.
 HRESULT CDataDispatch::SendSample() {
     ComPtr<ISessionCollection> sessions;
-    if (FAILED(GetHostInterface(sessions)) || !sessions) {
+    if (FAILED(RequireHostInterface(sessions))) {
         return E_FAIL;
     }
     const auto node = QueryHostObject<ISampleNode>(m_item.data);

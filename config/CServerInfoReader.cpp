@@ -123,8 +123,7 @@ HRESULT CServerInfoReader::GetUniqueId(const wchar_t* reader) {
         return S_OK;
     }
     ComPtr<ISystemInfo> systemInfo;
-    const HRESULT fetched = GetHostInterface(systemInfo);
-    const HRESULT got = SUCCEEDED(fetched) && !systemInfo ? E_POINTER : fetched;
+    const HRESULT got = RequireHostInterface(systemInfo);
     if (FAILED(got)) {
         m_log.ErrorWithResult(got, kNoSystemService, reader);
         return got;

@@ -13,8 +13,7 @@ using Microsoft::WRL::ComPtr;
 namespace {
 
 constexpr wchar_t kDocumentProgId[] = L"MSXML2.DOMDocument.6.0";
-constexpr DWORD kDocumentContext =
-    CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER;
+constexpr DWORD kDocumentContext = CLSCTX_ALL;
 constexpr wchar_t kElementPath[] = L"//serverConfigRegistry";
 constexpr std::wstring_view kElementName = L"serverConfigRegistry";
 

@@ -14,6 +14,8 @@ namespace {
 /// The longest name of a value, in characters, without its zero (registry element size limits, Windows).
 constexpr DWORD kLongestName = 16383;
 constexpr std::size_t kFirstDataSize = 4096;
+/// No server's texts are longer: whoever goes on asking for more room does not get it.
+constexpr std::size_t kMostData = std::size_t{1} << 28;
 
 /// One value as the registry has it.
 struct RawValue {
@@ -94,7 +96,7 @@ LSTATUS ReadValue(const CRegistryKey& key, DWORD index, RawValue& raw) {
         auto dataSize = static_cast<DWORD>(raw.data.size());
         const LSTATUS status = RegEnumValueW(key.Get(), index, raw.name.data(), &nameLength, nullptr, &raw.type,
                                              raw.data.data(), &dataSize);
-        if (status == ERROR_MORE_DATA) {
+        if (status == ERROR_MORE_DATA && raw.data.size() < kMostData) {
             raw.data.resize(std::max<std::size_t>(dataSize, raw.data.size() * 2));
             continue;
         }

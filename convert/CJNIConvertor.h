@@ -101,15 +101,20 @@ private:
 
     [[nodiscard]] JavaText NewJavaString(const std::shared_ptr<CJavaVM>& vm, BSTR text) const;
 
-    /// Whether the Java call just made threw; if so, `message` is logged, whose last `%s` takes what Java says.
-    template <typename... Arguments>
-    bool LogThrown(CJavaVM& vm, const wchar_t* message, Arguments... arguments) const {
+    /// Whether the Java call just made threw; if so, `log` is given what Java says. What else a message needs is made
+    /// in there, and not before: it may run out of memory, and an exception would stay pending then.
+    template <typename Log>
+    static bool LogIfThrown(CJavaVM& vm, const Log& log) {
         std::wstring exceptionText;
         if (!vm.GetJavaException(exceptionText)) {
             return false;
         }
-        m_log.Error(message, arguments..., exceptionText.c_str());
+        log(exceptionText.c_str());
         return true;
+    }
+    /// The same for a message that needs nothing else.
+    bool LogThrown(CJavaVM& vm, const wchar_t* message) const {
+        return LogIfThrown(vm, [&](const wchar_t* thrown) { m_log.Error(message, thrown); });
     }
 
     // Of desktops.

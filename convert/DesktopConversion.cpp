@@ -86,7 +86,9 @@ void CJNIConvertor::AddNetworkInterfaces(const std::shared_ptr<CJavaVM>& vm, CJa
         frames.BeginElement();
         if (const std::shared_ptr<CJavaObject> networkInterface = GetNetworkInterface(vm, record)) {
             desktop.CallVoidMethod(Desktop::kAddNetworkInterface, networkInterface);
-            LogThrown(*vm, kNetworkInterfaceNotAdded, std::wstring(ViewBstr(record.description)).c_str());
+            LogIfThrown(*vm, [&](const wchar_t* thrown) {
+                m_log.Error(kNetworkInterfaceNotAdded, std::wstring(ViewBstr(record.description)).c_str(), thrown);
+            });
         }
     }
 }

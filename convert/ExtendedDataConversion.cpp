@@ -91,7 +91,9 @@ std::shared_ptr<CJavaObject> CJNIConvertor::GetExtendedMetric(const std::shared_
     WalkValues(*vm, instances, [&](const std::wstring& instanceName, const CVariant& value) {
         if (const std::shared_ptr<CJavaObject> instance = GetMetric(vm, instanceName, &value)) {
             metric->CallVoidMethod(Binding::BaseMetric::kAddInstance, instance);
-            LogThrown(*vm, kInstanceNotAdded, instanceName.c_str(), name.c_str());
+            LogIfThrown(*vm, [&](const wchar_t* thrown) {
+                m_log.Error(kInstanceNotAdded, instanceName.c_str(), name.c_str(), thrown);
+            });
         }
     });
     return metric;

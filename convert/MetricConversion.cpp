@@ -32,7 +32,7 @@ std::shared_ptr<CJavaObject> CJNIConvertor::GetMetric(const std::shared_ptr<CJav
         m_log.Error(kInvalidType, name.c_str());
         return {};
     }
-    if (LogThrown(*vm, kValueNotSet, name.c_str())) {
+    if (LogIfThrown(*vm, [&](const wchar_t* thrown) { m_log.Error(kValueNotSet, name.c_str(), thrown); })) {
         return {};
     }
     return metric;
@@ -120,8 +120,7 @@ void CJNIConvertor::PutMetric(CJavaVM& vm, CJavaObject& target, const std::share
                               const std::wstring& name, ISampleNode& node) const {
     // Samples, sessions and remote applications all have it, under this one alias and with this one signature.
     target.CallVoidMethod(Binding::BaseSample::kPutMetric, metric);
-    std::wstring exceptionText;
-    if (vm.GetJavaException(exceptionText)) {
-        m_log.Error(kMetricNotAdded, name.c_str(), NameSample(node).GetText(), exceptionText.c_str());
-    }
+    LogIfThrown(vm, [&](const wchar_t* thrown) {
+        m_log.Error(kMetricNotAdded, name.c_str(), NameSample(node).GetText(), thrown);
+    });
 }

@@ -36,10 +36,9 @@ void CJNIConvertor::AddRemoteApp(const std::shared_ptr<CJavaVM>& vm, CJavaObject
     }
     m_log.Verbose(kAddingRemoteApp, id.c_str());
     session.CallVoidMethod(Binding::BaseUserSession::kPutRemoteApp, app);
-    std::wstring exceptionText;
-    if (vm->GetJavaException(exceptionText)) {
-        m_log.Error(kRemoteAppNotAdded, id.c_str(), NameSample(sessionNode).GetText(), exceptionText.c_str());
-    }
+    LogIfThrown(*vm, [&](const wchar_t* thrown) {
+        m_log.Error(kRemoteAppNotAdded, id.c_str(), NameSample(sessionNode).GetText(), thrown);
+    });
 }
 
 std::shared_ptr<CJavaObject> CJNIConvertor::GetRemoteApp(const std::shared_ptr<CJavaVM>& vm,

@@ -91,5 +91,7 @@ void CJNIConvertor::AddSession(const std::shared_ptr<CJavaVM>& vm, CJavaObject& 
 
     m_log.Verbose(kAddingSession, key.c_str());
     sample.CallVoidMethod(Sample::kPutSession, javaSession);
-    LogThrown(*vm, kSessionNotAdded, key.c_str(), FormatSampleTime(sampleTime).GetText());
+    LogIfThrown(*vm, [&](const wchar_t* thrown) {
+        m_log.Error(kSessionNotAdded, key.c_str(), FormatSampleTime(sampleTime).GetText(), thrown);
+    });
 }

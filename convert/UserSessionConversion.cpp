@@ -99,9 +99,8 @@ void CJNIConvertor::PutProperties(const std::shared_ptr<CJavaVM>& vm, CJavaObjec
     }
     WalkTexts(*this, vm, properties.Get(), [&](const std::wstring& name, const JavaText& key, const JavaText& value) {
         javaSession.CallVoidMethod(UserSession::kPutProperty, key, value);
-        std::wstring exceptionText;
-        if (vm->GetJavaException(exceptionText)) {
-            m_log.Error(kPropertyNotSet, name.c_str(), GetUserLabel(session).c_str(), exceptionText.c_str());
-        }
+        LogIfThrown(*vm, [&](const wchar_t* thrown) {
+            m_log.Error(kPropertyNotSet, name.c_str(), GetUserLabel(session).c_str(), thrown);
+        });
     });
 }

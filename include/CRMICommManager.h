@@ -50,9 +50,11 @@ public:
     ///                    10       IPropertyBox ("metadata", "route")
     /// @return S_OK, or what the host's component identities were got with where that failed and nothing else did; the
     ///         executor's result where there was an action; 0x800713AB when the message server cannot be reached;
-    ///         E_FAIL for every other failure of Java's, for data without the interface, for an answer that no callback
-    ///         is registered for, after a start that failed or the starting thread's end, and for a call out of the
-    ///         midst of a start or a switch on the same thread; else the HRESULT of what failed
+    ///         E_FAIL for every other failure of Java's, for data without the interface (of 7 and 10 what the query
+    ///         gave), for an answer that no callback is registered for or that Java does not tell, after a start that
+    ///         failed or the starting thread's end, and for a call out of the midst of a start or a switch on the same
+    ///         thread; else the HRESULT of what failed. Success does not mean that the server heard: a session, or the
+    ///         machine, that cannot be converted is logged and not sent, and so is a route that is no text.
     template <typename Data>
     TELVAR_RMI_API long DumpData(const wchar_t* url, const wchar_t* authToken, const wchar_t* certificate,
                                  unsigned __int64 id, unsigned char type, Data* data);

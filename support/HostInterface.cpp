@@ -10,8 +10,7 @@ using Microsoft::WRL::ComPtr;
 namespace {
 
 constexpr wchar_t kServiceClass[] = L"{2D6D321D-3A1D-4BB9-9161-2191D701011D}";
-constexpr DWORD kServiceContext =
-    CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER;
+constexpr DWORD kServiceContext = CLSCTX_ALL;
 
 /// Asks by `ask`, and once more after the interface was registered for marshalling, if that was what was missing.
 template <typename Ask>

@@ -18,3 +18,10 @@ template <typename Interface>
 [[nodiscard]] HRESULT GetHostInterface(Microsoft::WRL::ComPtr<Interface>& object) {
     return GetHostInterface(Interface::kId, reinterpret_cast<void**>(object.ReleaseAndGetAddressOf()));
 }
+
+/// The same for an object that cannot be done without: success without one is E_POINTER.
+template <typename Interface>
+[[nodiscard]] HRESULT RequireHostInterface(Microsoft::WRL::ComPtr<Interface>& object) {
+    const HRESULT fetched = GetHostInterface(object);
+    return SUCCEEDED(fetched) && !object ? E_POINTER : fetched;
+}

@@ -6,7 +6,9 @@
 #include <wrl/client.h>
 
 /// Has `ask` fill `object`, which is emptied first, and returns what it returns. A host that fails has given nothing,
-/// whatever stands at the address; one that succeeds may still leave `object` empty.
+/// whatever stands at the address: an object there is not released, for it would be called, and may be none. (A text
+/// there is freed all the same: hosts make their texts before they know whether they succeed.) One that succeeds may
+/// still leave `object` empty.
 template <typename Interface, typename Ask>
 [[nodiscard]] HRESULT AskForObject(Microsoft::WRL::ComPtr<Interface>& object, const Ask& ask) {
     const HRESULT asked = ask(object.ReleaseAndGetAddressOf());

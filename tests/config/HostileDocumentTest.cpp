@@ -127,7 +127,7 @@ TEST_F(HostileDocumentTest, NoFilesContentEntersTheText) {
     }
 }
 
-TEST_F(HostileDocumentTest, NoFileIsEvenOpened) {
+TEST_F(HostileDocumentTest, WhetherAFileCanBeReadMakesNoDifference) {
     // Shared with nobody: whoever tried to read it would fail.
     const CSecretFile file;
     const HANDLE alone = CreateFileW(file.GetPath().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
