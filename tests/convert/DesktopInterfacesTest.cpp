@@ -104,21 +104,32 @@ TEST_F(DesktopInterfacesTest, AThousandRefusedInterfacesDoNotFillTheFrame) {
     EXPECT_EQ(Host().Errors().size(), 1000U);
 }
 
-TEST_F(DesktopInterfacesTest, EachAllocationMayFail) {
-    std::vector<NetworkInterfaceData> interfaces = MakeData().networkInterfaces;
-    interfaces.pop_back();
-    interfaces[0].description = L"a description that is longer than a short text";
-    const CSafeArray array(MakeNetworkInterfaceArray(Host().ShareRecord(), interfaces, {}));
-    CStackSystem system;
-    const CJNIConvertor convertor = MakeConvertor();
+/// The same for a desktop of one adapter with a long description.
+class DesktopMemoryTest : public DesktopInterfacesTest {
+protected:
+    [[nodiscard]] long FailEachAllocation(const CJNIConvertor& convertor) {
+        std::vector<NetworkInterfaceData> interfaces = MakeData().networkInterfaces;
+        interfaces.pop_back();
+        interfaces[0].description = L"a description that is longer than a short text";
+        const CSafeArray array(MakeNetworkInterfaceArray(Host().ShareRecord(), interfaces, {}));
+        CStackSystem system;
 
-    const long thrown = FailEachAllocation([&] {
-        EXPECT_EQ(SafeArrayCopy(array.Get(), &system.array), S_OK);  // the convertor destroys the copy
-        return convertor.GetDesktop(SharedVM(), &system);
-    });
+        return DesktopInterfacesTest::FailEachAllocation([&] {
+            EXPECT_EQ(SafeArrayCopy(array.Get(), &system.array), S_OK);  // the convertor destroys the copy
+            return convertor.GetDesktop(SharedVM(), &system);
+        });
+    }
+};
 
-    EXPECT_GT(thrown, 20);
+TEST_F(DesktopMemoryTest, EachAllocationMayFail) {
+    EXPECT_GT(FailEachAllocation(MakeConvertor()), 20);
     EXPECT_EQ(Host().Errors(), Texts{});
+}
+
+TEST_F(DesktopMemoryTest, EachAllocationMayFailWhereJavaRefusesTheAdapter) {
+    MakeThrow(Binding::DesktopInformation::kClass, "addNetworkInterface", "a reason that is longer than a short text");
+
+    EXPECT_GT(FailEachAllocation(MakeConvertorWithoutLogger()), 20);
 }
 
 }  // namespace

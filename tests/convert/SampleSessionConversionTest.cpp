@@ -3,7 +3,9 @@
 #include <vector>
 
 #include "BindingTable.h"
+#include "CImportHook.h"
 #include "CJNIConvertor.h"
+#include "CJavaLocalFrame.h"
 #include "CSampleTreeTest.h"
 #include "StackSamples.h"
 
@@ -185,10 +187,45 @@ TEST_F(SampleSessionConversionTest, TenThousandRefusedSessionsDoNotFillTheFrame)
     EXPECT_EQ(Host().Errors().size(), kMany);
 }
 
+decltype(&HeapAlloc) g_allocBlock;
+long g_blocksToRefusal = 0;
+void* WINAPI RefuseOneBlock(HANDLE heap, DWORD flags, SIZE_T bytes) {
+    return --g_blocksToRefusal == 0 ? nullptr : g_allocBlock(heap, flags, bytes);
+}
+
 /// A sample on the stack: a metric, a session with a metric, and below that an application with the same.
 class SampleMemoryTest : public CSampleConversionTest {
 protected:
     [[nodiscard]] long FailEachAllocation(const CJNIConvertor& convertor) {
+        return WithSample(SharedVM(), convertor,
+                          [&](const auto& convert) { return CSampleConversionTest::FailEachAllocation(convert); });
+    }
+
+    /// Texts of messages are on the process's heap. Refuses it the 1st, 2nd, 3rd ... block until there are no more.
+    [[nodiscard]] long RefuseEachBlock(const CJNIConvertor& convertor) {
+        return WithSample(SharedVM(), convertor, [&](const auto& convert) {
+            g_allocBlock =
+                reinterpret_cast<decltype(&HeapAlloc)>(*FindImportSlot(GetModuleHandleW(nullptr), "HeapAlloc"));
+            long thrown = 0;
+            for (bool hasRefused = true; hasRefused;) {
+                const CJavaLocalFrame frame(Env());
+                const CImportHook hook(GetModuleHandleW(nullptr), "HeapAlloc", AddressOf(&RefuseOneBlock));
+                g_blocksToRefusal = thrown + 1;
+
+                const bool isThrown = IsMemoryExhausted([&] { static_cast<void>(convert()); });
+
+                hasRefused = g_blocksToRefusal <= 0;
+                EXPECT_EQ(isThrown, hasRefused);
+                EXPECT_FALSE(Fake().IsExceptionPending()) << thrown;
+                thrown += hasRefused ? 1 : 0;
+            }
+            return thrown;
+        });
+    }
+
+private:
+    template <typename Act>
+    static long WithSample(const std::shared_ptr<CJavaVM>& vm, const CJNIConvertor& convertor, const Act& act) {
         const CVariantValue value = MakeText(L"a value that is longer than a short text");
         const StackPair pairs[] = {{L"a name that is longer than a short text", value.Get()}};
         CStackValues metrics[] = {CStackValues(pairs), CStackValues(pairs), CStackValues(pairs)};
@@ -201,13 +238,13 @@ protected:
         CStackSession session(&box);
         CStackSessions sessions(&session);
 
-        return CSampleConversionTest::FailEachAllocation([&] {
+        return act([&] {
             for (CStackValues& walk : metrics) {
                 walk.Rewind();
             }
             apps.Rewind();
             sessionNodes.Rewind();
-            return convertor.GetSample(SharedVM(), &sample, &sessions);
+            return convertor.GetSample(vm, &sample, &sessions);
         });
     }
 };
@@ -224,6 +261,14 @@ TEST_F(SampleMemoryTest, EachAllocationMayFailWhereJavaRefuses) {
     MakeThrow(Binding::BaseRemoteApp::kClass, "putMetric", "a reason that is longer than a short text");
 
     EXPECT_GT(FailEachAllocation(MakeConvertorWithoutLogger()), 40);
+}
+
+TEST_F(SampleMemoryTest, EachMessagesTextMayFindNoMemoryAndNoExceptionStaysPending) {
+    MakeThrow(Binding::BaseSample::kClass, "putSession", "refused");
+    MakeThrow(Binding::BaseSample::kClass, "putMetric", "refused");
+    MakeThrow(Binding::BaseUserSession::kClass, "putRemoteApp", "refused");
+
+    EXPECT_GT(RefuseEachBlock(MakeConvertor()), 6);
 }
 
 }  // namespace
