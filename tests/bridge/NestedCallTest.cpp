@@ -64,6 +64,23 @@ TEST_F(NestedCallTest, FromAnyOtherPlaceTheyAreWholeCalls) {
     EXPECT_EQ(CallsSinceStart().size(), 4U) << "two reports with their connections";
 }
 
+TEST_F(NestedCallTest, AnItemWhoseServerCannotBeSwitchedBackToIsRefusedWithItsEntry) {
+    Start();
+    FakeException refusal;
+    refusal.description = "refused";
+    CallIn("System: Refresh", [&] {
+        EXPECT_EQ(m_manager->DumpData<IUnknown>(L"rmi://two", kToken, kCertificate, 1, kNamelessKind, nullptr), S_OK);
+        Fake().MakeMethodThrow(Binding::DesktopMessageClient::kClass, "setProviderUrl", refusal);
+    });
+
+    EXPECT_EQ(Dump(eStartup), E_FAIL);
+
+    const Texts logged = LoggedSinceStart();
+    ASSERT_GE(logged.size(), 2U);
+    EXPECT_EQ(logged[logged.size() - 2], L"error: Failed to set the message server URL in the Java client.  refused");
+    EXPECT_EQ(logged.back(), L"error: Failed to SetCurrentServerConfig" + kInDumpData + ErrorText(E_FAIL));
+}
+
 TEST_F(NestedCallTest, InTheMiddleOfAFailedStartTheyAreRefused) {
     Fake().RemoveClass(Binding::HashMap::kClass);
     long nested = S_OK;
