@@ -11,7 +11,8 @@
 #include "ISampleNode.h"
 
 /// Whole seconds from 1970-01-01 to a host's time, which is taken as UTC. A time before that wraps to a very large
-/// number, and one that is no date counts as the year 1601 and so wraps as well: Java's side knows these numbers.
+/// number, and one that the system takes for no date counts as the year 1601 and so wraps as well: Java's side knows
+/// these numbers.
 [[nodiscard]] std::uint64_t DateToUnixSeconds(DATE date) noexcept;
 
 /// A host's time as Java counts it: milliseconds since 1970-01-01, always whole seconds.
