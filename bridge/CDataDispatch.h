@@ -82,6 +82,8 @@ private:
 
     [[nodiscard]] std::wstring MakeClientDescriptor() const;
     void AddLogoffFigures();
+    /// The item's number, which Java has no unsigned type for.
+    [[nodiscard]] jlong GetJavaId() const noexcept { return static_cast<jlong>(m_item.id); }
     [[nodiscard]] HRESULT ReadMetadata(Microsoft::WRL::ComPtr<IPropertyBox>& box, CVariant& metadata) const;
     [[nodiscard]] HRESULT ReadRoute(IPropertyBox& box, CVariant& route) const;
     [[nodiscard]] std::shared_ptr<CJavaString> MakeRouteString(const CVariant& route) const;

@@ -68,3 +68,14 @@ HRESULT CDataDispatch::SendExtendedData() {
     const HRESULT asked = Ask(answer, Client::kOnExtendedDataCollected, m_connection, map, sample);
     return ExecuteAction(asked, answer);
 }
+
+HRESULT CDataDispatch::SendDesktopPoll() {
+    m_desktop.reset();  // kept: only whether the machine can be described counts
+    const std::shared_ptr<CJavaString> empty = m_convertor.NewJavaString(m_context.vm, std::wstring(), false);
+    if (!empty) {
+        return E_FAIL;
+    }
+    std::wstring answer;
+    const HRESULT asked = Ask(answer, Client::kOnDesktopPoll, m_connection, GetJavaId(), empty);
+    return ExecuteAction(asked, answer);
+}

@@ -7,23 +7,17 @@ namespace Client = Binding::DesktopMessageClient;
 
 constexpr wchar_t kLogonNotTold[] = L"Failed to CallCallback for eUserSessionLogon:(%s, %s, %s)";
 
-/// The host's number for an item, which Java has no unsigned type for.
-jlong ToJavaId(unsigned __int64 id) noexcept {
-    return static_cast<jlong>(id);
-}
-
 }  // namespace
 
 HRESULT CDataDispatch::SendLogon() {
     std::wstring answer;
-    const HRESULT asked =
-        Ask(answer, Client::kOnUserLogon, m_connection, m_desktop, ToJavaId(m_item.id), m_javaSession);
+    const HRESULT asked = Ask(answer, Client::kOnUserLogon, m_connection, m_desktop, GetJavaId(), m_javaSession);
     return TellCallbacks(asked, eUserSessionLogon, kLogonNotTold, answer);
 }
 
 HRESULT CDataDispatch::SendLogoff() {
     AddLogoffFigures();
-    return OrComponents(Tell(Client::kOnUserLogoff, m_connection, ToJavaId(m_item.id), m_javaSession));
+    return OrComponents(Tell(Client::kOnUserLogoff, m_connection, GetJavaId(), m_javaSession));
 }
 
 /// What was measured in the session up to its end, where the data has it. The logoff is sent in any case.
@@ -35,24 +29,13 @@ void CDataDispatch::AddLogoffFigures() {
 }
 
 HRESULT CDataDispatch::SendRefresh() {
-    return OrComponents(Tell(Client::kRefreshSession, m_connection, ToJavaId(m_item.id), m_desktop, m_javaSession));
+    return OrComponents(Tell(Client::kRefreshSession, m_connection, GetJavaId(), m_desktop, m_javaSession));
 }
 
 HRESULT CDataDispatch::SendReconnect() {
-    return OrComponents(Tell(Client::kOnUserReconnect, m_connection, ToJavaId(m_item.id), m_javaSession));
+    return OrComponents(Tell(Client::kOnUserReconnect, m_connection, GetJavaId(), m_javaSession));
 }
 
 HRESULT CDataDispatch::SendDisconnect() {
-    return OrComponents(Tell(Client::kOnUserDisconnect, m_connection, ToJavaId(m_item.id), m_javaSession));
-}
-
-HRESULT CDataDispatch::SendDesktopPoll() {
-    m_desktop.reset();  // kept: only whether the machine can be described counts
-    const std::shared_ptr<CJavaString> empty = m_convertor.NewJavaString(m_context.vm, std::wstring(), false);
-    if (!empty) {
-        return E_FAIL;
-    }
-    std::wstring answer;
-    const HRESULT asked = Ask(answer, Client::kOnDesktopPoll, m_connection, ToJavaId(m_item.id), empty);
-    return ExecuteAction(asked, answer);
+    return OrComponents(Tell(Client::kOnUserDisconnect, m_connection, GetJavaId(), m_javaSession));
 }

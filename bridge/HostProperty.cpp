@@ -7,9 +7,7 @@ HRESULT QueryPropertyBox(IUnknown* data, Microsoft::WRL::ComPtr<IPropertyBox>& b
     if (!data) {
         return E_FAIL;
     }
-    const HRESULT queried = AskForObject(box, [&](IPropertyBox** given) {
-        return data->QueryInterface(IPropertyBox::kId, reinterpret_cast<void**>(given));
-    });
+    const HRESULT queried = QueryHostObject(*data, box);
     return SUCCEEDED(queried) && !box ? E_FAIL : queried;
 }
 

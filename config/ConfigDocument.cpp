@@ -13,7 +13,6 @@ using Microsoft::WRL::ComPtr;
 namespace {
 
 constexpr wchar_t kDocumentProgId[] = L"MSXML2.DOMDocument.6.0";
-constexpr DWORD kDocumentContext = CLSCTX_ALL;
 constexpr wchar_t kElementPath[] = L"//serverConfigRegistry";
 constexpr std::wstring_view kElementName = L"serverConfigRegistry";
 
@@ -30,8 +29,7 @@ HRESULT CreateDocument(ComPtr<IXMLDOMDocument>& document) {
         return known;
     }
     return AskForObject(document, [&](IXMLDOMDocument** given) {
-        return CoCreateInstance(classId, nullptr, kDocumentContext, IID_IXMLDOMDocument,
-                                reinterpret_cast<void**>(given));
+        return CoCreateInstance(classId, nullptr, CLSCTX_ALL, IID_IXMLDOMDocument, reinterpret_cast<void**>(given));
     });
 }
 

@@ -10,7 +10,6 @@ using Microsoft::WRL::ComPtr;
 namespace {
 
 constexpr wchar_t kServiceClass[] = L"{2D6D321D-3A1D-4BB9-9161-2191D701011D}";
-constexpr DWORD kServiceContext = CLSCTX_ALL;
 
 /// Asks by `ask`, and once more after the interface was registered for marshalling, if that was what was missing.
 template <typename Ask>
@@ -29,7 +28,7 @@ HRESULT CreateServiceObject(ComPtr<IHostServiceProvider>& service) {
         return parsed;
     }
     return AskWithRegistration(IHostServiceProvider::kId, [&] {
-        return CoCreateInstance(serviceClass, nullptr, kServiceContext, IHostServiceProvider::kId,
+        return CoCreateInstance(serviceClass, nullptr, CLSCTX_ALL, IHostServiceProvider::kId,
                                 reinterpret_cast<void**>(service.ReleaseAndGetAddressOf()));
     });
 }

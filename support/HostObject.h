@@ -18,14 +18,20 @@ template <typename Interface, typename Ask>
     return asked;
 }
 
+/// Asks `object` for the interface `Interface`, as AskForObject does.
+template <typename Interface>
+[[nodiscard]] HRESULT QueryHostObject(IUnknown& object, Microsoft::WRL::ComPtr<Interface>& found) {
+    return AskForObject(found, [&](Interface** given) {
+        return object.QueryInterface(Interface::kId, reinterpret_cast<void**>(given));
+    });
+}
+
 /// The interface `Interface` of `object`, which may be null; empty when it has none.
 template <typename Interface>
 [[nodiscard]] Microsoft::WRL::ComPtr<Interface> QueryHostObject(IUnknown* object) {
     Microsoft::WRL::ComPtr<Interface> found;
     if (object) {
-        static_cast<void>(AskForObject(found, [&](Interface** given) {
-            return object->QueryInterface(Interface::kId, reinterpret_cast<void**>(given));
-        }));
+        static_cast<void>(QueryHostObject(*object, found));
     }
     return found;
 }
