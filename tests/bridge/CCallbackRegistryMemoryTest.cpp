@@ -5,12 +5,9 @@
 #include "CHresultException.h"
 #include "CImportHook.h"
 #include "CallbackRegistryFixture.h"
+#include "RefusedMemory.h"
 
 namespace {
-
-void* WINAPI RefuseMemory(HANDLE, DWORD, SIZE_T) {
-    return nullptr;
-}
 
 /// Texts that do not fit into a string object itself, so that each copy needs memory.
 ServerConfig MakeLongServer(wchar_t filler) {

@@ -4,6 +4,7 @@
 
 #include "CImportHook.h"
 #include "CUserSessionTest.h"
+#include "RefusedMemory.h"
 #include "StackObjects.h"
 
 namespace {
@@ -264,13 +265,6 @@ TEST_F(UserSessionPropertiesTest, EachAllocationMayFailWhereJavaRefuses) {
     });
 
     EXPECT_GT(thrown, 12);
-}
-
-void* WINAPI RefuseMemory(HANDLE, DWORD, SIZE_T) {
-    return nullptr;
-}
-BSTR WINAPI RefuseText(const OLECHAR*, UINT) {
-    return nullptr;
 }
 
 TEST_F(UserSessionPropertiesTest, AMessageThatFindsNoMemoryIsThrownAndNothingIsLeft) {

@@ -6,6 +6,7 @@
 #include "CImportHook.h"
 #include "CJavaLocalFrame.h"
 #include "JavaException.h"
+#include "RefusedMemory.h"
 
 namespace {
 
@@ -160,10 +161,6 @@ TEST_F(JavaExceptionFaultTest, EachAllocationMayFail) {
         EXPECT_EQ(Fake().GetPinnedStrings(), 0) << nth;
         EXPECT_EQ(Fake().GetLocalReferences(), 1) << nth << ": the exception's own";
     }
-}
-
-void* WINAPI RefuseMemory(HANDLE, DWORD, SIZE_T) {
-    return nullptr;
 }
 
 TEST_F(JavaExceptionFaultTest, ALongDescriptionMayFindNoHeap) {

@@ -4,16 +4,13 @@
 
 #include "CHostedTest.h"
 #include "CImportHook.h"
+#include "RefusedMemory.h"
 
 namespace {
 
 using Texts = std::vector<std::wstring>;
 
 class CBridgeLogTest : public CHostedTest {};
-
-BSTR WINAPI RefuseText(const OLECHAR*, UINT) {
-    return nullptr;
-}
 
 constexpr auto kUnknown = static_cast<HRESULT>(0xA1234567);
 

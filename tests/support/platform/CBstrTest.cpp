@@ -6,16 +6,13 @@
 
 #include "CImportHook.h"
 #include "CLeakCheckedTest.h"
+#include "RefusedMemory.h"
 
 namespace {
 
 using namespace std::string_view_literals;
 
 class CBstrTest : public CLeakCheckedTest {};
-
-BSTR WINAPI RefuseText(const OLECHAR*, UINT) {
-    return nullptr;
-}
 
 TEST_F(CBstrTest, HoldsATextWithItsZeros) {
     const CBstr text = CBstr::Make(L"a\0b"sv);

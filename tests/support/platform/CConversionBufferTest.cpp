@@ -5,16 +5,13 @@
 #include "CHresultException.h"
 #include "CImportHook.h"
 #include "CLeakCheckedTest.h"
+#include "RefusedMemory.h"
 
 namespace {
 
 using namespace std::string_view_literals;
 
 class CConversionBufferTest : public CLeakCheckedTest {};
-
-void* WINAPI RefuseMemory(HANDLE, DWORD, SIZE_T) {
-    return nullptr;
-}
 
 long HeapBlocks() {
     return CResourceLedger::Get().Count().heapBlocks;

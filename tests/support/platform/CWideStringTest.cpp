@@ -9,16 +9,13 @@
 #include "CHresultException.h"
 #include "CImportHook.h"
 #include "CLeakCheckedTest.h"
+#include "RefusedMemory.h"
 
 namespace {
 
 using namespace std::string_view_literals;
 
 class CWideStringTest : public CLeakCheckedTest {};
-
-void* WINAPI RefuseMemory(HANDLE, DWORD, SIZE_T) {
-    return nullptr;
-}
 
 TEST_F(CWideStringTest, AnEmptyTextTakesNoMemory) {
     const CWideString text;

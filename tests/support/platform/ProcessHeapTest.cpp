@@ -5,14 +5,11 @@
 #include "CHresultException.h"
 #include "CImportHook.h"
 #include "CLeakCheckedTest.h"
+#include "RefusedMemory.h"
 
 namespace {
 
 class ProcessHeapTest : public CLeakCheckedTest {};
-
-void* WINAPI RefuseMemory(HANDLE, DWORD, SIZE_T) {
-    return nullptr;
-}
 
 TEST_F(ProcessHeapTest, AnArrayIsFilledWithZeros) {
     CHeapArray<int> array(1000);
