@@ -1,11 +1,19 @@
 #include "CThreadSlots.h"
 
+#include <boost/thread/exceptions.hpp>
+#include <new>
+
 namespace {
 
-/// A slot takes an object over only once it has room for it.
+/// A slot takes an object over only once it has room for it. Boost makes an event for each thread that has slots; what
+/// it throws where the system has none left is nothing that hosts know.
 template <typename T>
 void PutInSlot(boost::thread_specific_ptr<T>& slot, std::unique_ptr<T> object) {
-    slot.reset(object.get());
+    try {
+        slot.reset(object.get());
+    } catch (const boost::thread_resource_error&) {
+        throw std::bad_alloc();
+    }
     static_cast<void>(object.release());
 }
 
