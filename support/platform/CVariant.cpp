@@ -13,6 +13,15 @@ bool RefersToNothing(const VARIANT& value) noexcept {
            (value.vt == (VT_BYREF | VT_VARIANT) && (value.pvarVal->vt & VT_BYREF) && !value.pvarVal->byref);
 }
 
+/// Whether the value is, or refers to, a decimal with more places behind the point than one has (DECIMAL structure, OLE
+/// Automation: 0 to 28): a conversion may write as many characters beyond what it has room for.
+bool IsBrokenDecimal(const VARIANT& value) noexcept {
+    constexpr BYTE kMostPlaces = 28;
+    const VARIANT& seen = value.vt == (VT_BYREF | VT_VARIANT) ? *value.pvarVal : value;
+    return (seen.vt == VT_DECIMAL && seen.decVal.scale > kMostPlaces) ||
+           (seen.vt == (VT_BYREF | VT_DECIMAL) && seen.pdecVal->scale > kMostPlaces);
+}
+
 }  // namespace
 
 CVariant::CVariant() noexcept : VARIANT{} {}
@@ -34,7 +43,7 @@ HRESULT CVariant::CopyFrom(const VARIANT& source) noexcept {
 }
 
 HRESULT CVariant::ChangeTo(VARTYPE type) noexcept {
-    if (RefersToNothing(*this)) {
+    if (RefersToNothing(*this) || IsBrokenDecimal(*this)) {
         return E_INVALIDARG;
     }
     return VariantChangeType(this, this, 0, type);

@@ -216,6 +216,29 @@ TEST_F(VariantTextTest, AReferenceToAReferenceToNowhereHasNone) {
     EXPECT_EQ(changed.vt, VT_BYREF | VT_VARIANT);
 }
 
+TEST_F(VariantTextTest, ADecimalWithMorePlacesThanThereAreHasNone) {
+    for (const int places : {29, 252, 253, 255}) {
+        CVariant value;
+        value.decVal.Lo64 = 7;
+        value.decVal.scale = static_cast<BYTE>(places);
+        value.vt = VT_DECIMAL;  // after the rest of the decimal, which lies over it
+        VARIANT inner = Typed(VT_BYREF | VT_DECIMAL);
+        DECIMAL decimal = value.decVal;
+        inner.pdecVal = &decimal;
+        CVariant reference;
+        static_cast<VARIANT&>(reference) = inner;
+        CVariant nested;
+        nested.vt = VT_BYREF | VT_VARIANT;
+        nested.pvarVal = &inner;
+
+        EXPECT_FALSE(value.ChangeToText()) << places;
+        EXPECT_FALSE(reference.ChangeToText()) << places;
+        EXPECT_FALSE(nested.ChangeToText()) << places;
+
+        EXPECT_EQ(value.vt, VT_DECIMAL);
+    }
+}
+
 TEST_F(VariantTextTest, AReferenceIsTheTextOfWhatItPointsAtWhichStays) {
     LONG number = 12;
     VARIANT value = Typed(VT_BYREF | VT_I4);
