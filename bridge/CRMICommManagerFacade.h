@@ -28,5 +28,5 @@ public:
 private:
     CThreadSlots& m_slots;
     std::atomic<CRMICommManagerImpl*> m_impl{nullptr};
-    CCriticalSection m_creationLock;
+    CCriticalSection m_creationLock{LockRank::eInnermost};
 };

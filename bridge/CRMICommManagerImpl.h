@@ -77,7 +77,7 @@ private:
 
     CThreadSlots& m_slots;
     JavaBridge m_java;
-    CCriticalSection m_lock;
+    CCriticalSection m_lock{LockRank::eOutermost};
     CBridgeLog m_log;
     Microsoft::WRL::ComPtr<ISystemInfo> m_systemInfo;
     std::atomic<ManagerState> m_state{ManagerState::eNotInitialised};

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "LoaderLockRule.h"
+
 class CRMICommManagerImpl;
 
 /// Lies in the slot of the thread that initialised the manager and runs the manager's clean-up when that thread ends.
@@ -10,7 +12,12 @@ public:
 
     CRMICommManagerImplCleaner(CRMICommManagerImpl& manager, Function clean) noexcept
         : m_manager(manager), m_clean(clean) {}
-    ~CRMICommManagerImplCleaner() { m_clean(m_manager); }
+    /// Perhaps under the loader lock: at an unload, and at the end of a thread that nobody watched. It is the last
+    /// moment there is.
+    ~CRMICommManagerImplCleaner() {
+        const CLoaderLockExemption lastMoment;
+        m_clean(m_manager);
+    }
 
     CRMICommManagerImplCleaner(const CRMICommManagerImplCleaner&) = delete;
     CRMICommManagerImplCleaner& operator=(const CRMICommManagerImplCleaner&) = delete;

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <boost/thread/detail/tss_hooks.hpp>
 
+#include "LoaderLockRule.h"
 #include "ProcessEnd.h"
 
 namespace {
@@ -15,6 +16,7 @@ void WINAPI OnThreadEnd(void* threadId) {
     const bool isThreadsOwnEnd =
         reinterpret_cast<ULONG_PTR>(threadId) == GetCurrentThreadId() && !IsThreadAFiber() && !g_isFreeingIndex;
     if (isThreadsOwnEnd && !IsProcessEnding()) {
+        AssertOutsideLoaderLock();
         boost::on_thread_exit();
     }
 }

@@ -8,6 +8,7 @@
 #include "CJavaLocalRef.h"
 #include "CJavaString.h"
 #include "JavaException.h"
+#include "LoaderLockRule.h"
 #include "ProcessEnd.h"
 #include "ProcessHeap.h"
 #include "RuntimeLibrary.h"
@@ -74,6 +75,7 @@ long CJavaVM::StartMachine(std::vector<std::string>& options) {
 
     JavaVM* vm = nullptr;
     void* env = nullptr;
+    AssertOutsideLoaderLock();
     const jint result = createJavaVM(&vm, &env, &arguments);
     if (result == JNI_OK) {
         m_vm = vm;
@@ -94,6 +96,7 @@ void CJavaVM::Shutdown(bool destroy) noexcept {
     ForgetEnvs();
     JavaVM* const vm = m_vm.exchange(nullptr);
     if (vm && destroy) {
+        AssertOutsideLoaderLock();
         vm->DestroyJavaVM();
     }
     m_library.Reset();
@@ -107,7 +110,11 @@ void CJavaVM::Abandon() noexcept {
 JNIEnv* CJavaVM::GetEnv() const noexcept {
     const CCriticalSectionLock lock(m_envLock);
     const auto found = m_envs.find(GetCurrentThreadId());
-    return found == m_envs.end() ? nullptr : found->second;
+    if (found == m_envs.end()) {
+        return nullptr;
+    }
+    AssertOutsideLoaderLock();  // who asks for an environment calls Java by it
+    return found->second;
 }
 
 JNIEnv* CJavaVM::GetEnvForRelease() const noexcept {
@@ -123,6 +130,7 @@ long CJavaVM::AttachCurrentThread() {
         return JNI_ERR;
     }
     void* env = nullptr;
+    AssertOutsideLoaderLock();
     const jint result = vm->AttachCurrentThread(&env, nullptr);
     if (result != JNI_OK) {
         return result;
@@ -144,6 +152,7 @@ long CJavaVM::DetachCurrentThread() noexcept {
     if (GetCurrentThreadId() == m_creatorThreadId) {
         return JNI_OK;
     }
+    // Not asserted to be outside the loader lock: at the end of a thread that nobody watched there is no other moment.
     const jint result = vm->DetachCurrentThread();
     if (result == JNI_OK) {
         ForgetCurrentThread();

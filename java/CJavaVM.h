@@ -99,10 +99,10 @@ private:
     CModule m_library;
     std::atomic<JavaVM*> m_vm{nullptr};  // atomic: threads that end look at it while another one shuts down
 
-    mutable CCriticalSection m_envLock;
+    mutable CCriticalSection m_envLock{LockRank::eInnermost};
     std::map<DWORD, JNIEnv*> m_envs;
 
-    mutable CCriticalSection m_classLock;
+    mutable CCriticalSection m_classLock{LockRank::eInnermost};
     std::map<std::string, std::shared_ptr<CJavaClass>, std::less<>> m_classes;
 
     std::atomic<DWORD> m_creatorThreadId{0};

@@ -6,17 +6,20 @@ namespace {
 constexpr DWORD kSpinCount = 0;
 }
 
-CCriticalSection::CCriticalSection() {
+CCriticalSection::CCriticalSection(LockRank rank) : CLockOrder(rank) {
     if (!InitializeCriticalSectionAndSpinCount(&m_section, kSpinCount)) {
         ThrowLastError();
     }
+    Join(m_section);
 }
 
 CCriticalSection::~CCriticalSection() {
+    Leave();
     DeleteCriticalSection(&m_section);
 }
 
 void CCriticalSection::lock() noexcept {
+    AssertMayBeTaken();
     EnterCriticalSection(&m_section);
 }
 

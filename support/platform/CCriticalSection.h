@@ -4,12 +4,15 @@
 
 #include <mutex>
 
-/// A recursive lock within the process: a Win32 critical section with a spin count of 0.
+#include "LockOrder.h"
+
+/// A recursive lock within the process: a Win32 critical section with a spin count of 0. Builds with assertions end the
+/// process where one is taken against the order of locks.
 /// Its operations have the names that std::lock_guard and std::unique_lock call.
-class CCriticalSection {
+class CCriticalSection : private CLockOrder {  // a base, which takes no room where it is empty
 public:
     /// Throws CHresultException with the last Win32 error when the system has no lock to give.
-    CCriticalSection();
+    explicit CCriticalSection(LockRank rank);
     ~CCriticalSection();
 
     CCriticalSection(const CCriticalSection&) = delete;

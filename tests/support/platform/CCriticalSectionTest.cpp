@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr LockRank kAnyRank = LockRank::eInnermost;
+
 class CCriticalSectionTest : public CLeakCheckedTest {};
 
 DWORD g_spinCount;
@@ -24,7 +26,7 @@ BOOL WINAPI NoteSpinCount(CRITICAL_SECTION* section, DWORD spinCount) {
 }
 
 TEST_F(CCriticalSectionTest, TheThreadThatHoldsItMayTakeItAgain) {
-    CCriticalSection section;
+    CCriticalSection section(kAnyRank);
     const CCriticalSectionLock outer(section);
     const CCriticalSectionLock inner(section);
 
@@ -32,7 +34,7 @@ TEST_F(CCriticalSectionTest, TheThreadThatHoldsItMayTakeItAgain) {
 }
 
 TEST_F(CCriticalSectionTest, AnotherThreadWaitsUntilItIsLeft) {
-    CCriticalSection section;
+    CCriticalSection section(kAnyRank);
     int order = 0;
     int seenByOther = 0;
     std::thread other;
@@ -56,7 +58,7 @@ TEST_F(CCriticalSectionTest, ItIsInitialisedWithASpinCountOfZero) {
     {
         const ResourceCounts before = CResourceLedger::Get().Count();
         alignas(CCriticalSection) std::byte place[sizeof(CCriticalSection)];
-        new (place) CCriticalSection;  // destroyed past the ledger, which did not see it made
+        new (place) CCriticalSection(kAnyRank);  // destroyed past the ledger, which did not see it made
         EXPECT_EQ(CResourceLedger::Get().Count(), before);
     }
 
@@ -68,7 +70,7 @@ TEST_F(CCriticalSectionTest, ALockThatCannotBeMadeIsThrownAsTheLastError) {
                            AddressOf(&RefuseToInitialize));
 
     try {
-        const CCriticalSection section;
+        const CCriticalSection section(kAnyRank);
         FAIL() << "nothing was thrown";
     } catch (const CHresultException& exception) {
         EXPECT_EQ(exception.GetResult(), static_cast<HRESULT>(0x80070008));
