@@ -1,5 +1,6 @@
 # Script: asks a test program for its tests and writes their ctest entries.
-# Variables: PROGRAM, EMULATOR, RUNNER, ONE_ENTRY_PER, CHECKED, OUTPUT, ENVIRONMENT (see telvar_test_program).
+# Variables: PROGRAM, EMULATOR, RUNNER, ONE_ENTRY_PER, CHECKED, HEAP_CHECKED, HEAP_EXCEPT, OUTPUT, ENVIRONMENT, TIMEOUT (see
+# telvar_test_program).
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -9,6 +10,7 @@ if(NOT result EQUAL 0)
 endif()
 string(REPLACE "|" ";" ENVIRONMENT "${ENVIRONMENT}")
 string(REPLACE "|" ";" RUNNER "${RUNNER}")
+string(REPLACE "|" ";" HEAP_CHECKED "${HEAP_CHECKED}")
 string(REGEX REPLACE "\r?\n" ";" lines "${listing}")
 
 set(names "")
@@ -18,7 +20,7 @@ function(add_entry name filter)
   foreach(part ${RUNNER} ${EMULATOR} ${PROGRAM} --gtest_filter=${filter})
     string(APPEND command " [==[${part}]==]")
   endforeach()
-  set(properties "PROPERTIES TIMEOUT 300 ENVIRONMENT [==[${ENVIRONMENT}]==]")
+  set(properties "PROPERTIES TIMEOUT ${TIMEOUT} ENVIRONMENT [==[${ENVIRONMENT}]==]")
   set(entry "add_test([==[${name}]==] ${command})\nset_tests_properties([==[${name}]==] ${properties})\n")
   if(CHECKED)
     string(APPEND entry "add_test([==[checked/${name}]==] [==[${CHECKED}]==] ${command})\n"
@@ -27,11 +29,25 @@ function(add_entry name filter)
   set(content "${content}${entry}" PARENT_SCOPE)
 endfunction()
 
+# The tests of a suite in one process: what they leave in the heap stays little.
+function(add_heap_entry suite)
+  set(command "")
+  foreach(part ${HEAP_CHECKED} ${RUNNER} ${EMULATOR} ${PROGRAM} "--gtest_filter=${suite}.*-${HEAP_EXCEPT}")
+    string(APPEND command " [==[${part}]==]")
+  endforeach()
+  set(properties "PROPERTIES TIMEOUT ${TIMEOUT} ENVIRONMENT [==[${ENVIRONMENT}]==]")
+  set(entry "add_test([==[heap/${suite}]==] ${command})\nset_tests_properties([==[heap/${suite}]==] ${properties})\n")
+  set(content "${content}${entry}" PARENT_SCOPE)
+endfunction()
+
 set(suite "")
 foreach(line IN LISTS lines)
   string(REGEX REPLACE " +#.*" "" line "${line}")
   if(line MATCHES "^([A-Za-z0-9_/]+)\\.$")
     set(suite ${CMAKE_MATCH_1})
+    if(HEAP_CHECKED)
+      add_heap_entry(${suite})
+    endif()
     if(ONE_ENTRY_PER STREQUAL "SUITE")
       add_entry(${suite} "${suite}.*")
     endif()

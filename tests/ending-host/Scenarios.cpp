@@ -13,6 +13,7 @@
 #include "CLibrary.h"
 #include "CRecordingCallback.h"
 #include "DataType.h"
+#include "HeapBlocks.h"
 #include "JavaWitness.h"
 
 /// Of the library beside this program, which is told of the process's end.
@@ -122,6 +123,23 @@ void ExitFromAWorkerWithAnotherInJava(CEndingHost& host) {
     host.Expect(library->Dump(kUrl, kNamelessKind) == S_OK, "the bridge starts");
     StayInJava(*library);
     const CHostThread worker([&] { ExitProcess(static_cast<UINT>(host.GetExitCode())); });
+}
+
+/// Nobody is told of such an end: whatever the library holds goes with the process.
+void TerminateFromAWorker(CEndingHost& host) {
+    CLibrary library;
+    host.Expect(library.Register(kUrl, &UnreleasedCallback()) == S_OK, "a callback is registered");
+    host.Expect(library.Dump(kUrl, kNamelessKind) == S_OK, "the bridge starts");
+    const CHostThread worker([&] {
+        host.Expect(library.Dump(kUrl, eStartup) == S_OK, "a worker sends");
+        TerminateProcess(GetCurrentProcess(), static_cast<UINT>(host.GetExitCode()));
+    });
+}
+
+void TerminateInTheMiddleOfACall(CEndingHost& host) {
+    CLibrary library;
+    StayInJava(library);
+    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(host.GetExitCode()));
 }
 
 // ---- the ends of threads ------------------------------------------------------------------------------------------
@@ -324,22 +342,6 @@ void AThousandShortLivedThreads(CEndingHost& host) {
     library.Keep();
 }
 
-/// The blocks in use on all heaps of the process.
-long CountHeapBlocks() {
-    HANDLE heaps[64];
-    const DWORD heapCount = GetProcessHeaps(64, heaps);
-    long count = 0;
-    for (DWORD i = 0; i < heapCount; ++i) {
-        PROCESS_HEAP_ENTRY entry{};
-        HeapLock(heaps[i]);
-        while (HeapWalk(heaps[i], &entry)) {
-            count += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0;
-        }
-        HeapUnlock(heaps[i]);
-    }
-    return count;
-}
-
 DWORD NextFlsIndex() {
     const DWORD index = FlsAlloc(nullptr);
     FlsFree(index);
@@ -382,6 +384,8 @@ const std::map<std::string, void (*)(CEndingHost&)> kScenarios = {
     {"ReturnWithTheStartingThreadInJava", &ReturnWithTheStartingThreadInJava},
     {"ExitFromAWorkerWithAnotherInJava", &ExitFromAWorkerWithAnotherInJava},
     {"CallWhenTheProcessIsEnding", &CallWhenTheProcessIsEnding},
+    {"TerminateFromAWorker", &TerminateFromAWorker},
+    {"TerminateInTheMiddleOfACall", &TerminateInTheMiddleOfACall},
     {"EndTheStartingThread", &EndTheStartingThread},
     {"FailToLoadWithoutALock", &FailToLoadWithoutALock},
     {"FreeBeforeAnyStart", &FreeBeforeAnyStart},
