@@ -1,6 +1,5 @@
 #include "FakeRuntimeFixture.h"
 
-#include <chrono>
 #include <thread>
 #include <vector>
 
@@ -27,13 +26,11 @@ TEST_F(FakeRuntimeTest, CountsWithoutLogging) {
 
 TEST_F(FakeRuntimeTest, BearsHundredsOfThousandsOfCalls) {
     constexpr int kRounds = 200000;
-    const auto start = std::chrono::steady_clock::now();
 
     for (int i = 0; i < kRounds; ++i) {
         env->DeleteLocalRef(env->FindClass("java/x/Y"));
     }
 
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
     EXPECT_EQ(runtime.GetCallCount("FindClass"), kRounds);
     EXPECT_EQ(runtime.GetCallLogSize(), 100000);
     EXPECT_EQ(runtime.GetLocalReferences(), 0);
