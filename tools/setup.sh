@@ -2,7 +2,7 @@
 # Installs what the build, the tests and the quality checks need, and nothing that is there already.
 #
 #   tools/setup.sh              what ./test.sh needs
-#   tools/setup.sh lint         and clang-format and clang-tidy
+#   tools/setup.sh lint         and clang-format, clang-tidy and cppcheck
 #   tools/setup.sh coverage     and the coverage reporter
 #
 # Packages come from the Debian release; archives are pinned by version and hash and kept, unpacked, in
@@ -22,7 +22,7 @@ packages=(wine64 g++-mingw-w64-x86-64-posix mingw-w64-tools cmake ninja-build go
           clang-14 lld-14 llvm-14)  # the import library for Microsoft's linker, and a test host of that linker's
 for group in "$@"; do
   case $group in
-    lint) packages+=(clang-format-14 clang-tidy-14) ;;
+    lint) packages+=(clang-format-14 clang-tidy-14 cppcheck) ;;
     coverage) packages+=(gcovr) ;;
     *) die "no such group: $group (known: lint, coverage)" ;;
   esac
