@@ -1,5 +1,8 @@
 #include "CAllocationFault.h"
 
+#include <windows.h>
+
+#include <atomic>
 #include <cstddef>
 #include <cstdlib>
 #include <new>
@@ -7,31 +10,41 @@
 namespace {
 
 constexpr long kNone = 0;
+constexpr DWORD kNoThread = 0;
 
-thread_local long t_allocationsToFault = kNone;
-thread_local bool t_hasFired = false;
+// One thread at a time has a fault; it may be told to stop, and what came of it be asked, on another one.
+std::atomic<DWORD> g_threadId{kNoThread};
+std::atomic<bool> g_hasFired{false};
+// Of that thread alone while it has a fault.
+long g_allocationsToFault = kNone;
+bool g_isForEver = false;
 
 bool IsToFail() noexcept {
-    if (t_allocationsToFault == kNone || --t_allocationsToFault != kNone) {
+    if (g_threadId == kNoThread || g_threadId != GetCurrentThreadId()) {
         return false;
     }
-    t_hasFired = true;
-    return true;
+    if (g_allocationsToFault != kNone && --g_allocationsToFault == kNone) {
+        g_hasFired = true;
+        return true;
+    }
+    return g_hasFired && g_isForEver;
 }
 
 }  // namespace
 
-CAllocationFault::CAllocationFault(long nth) noexcept {
-    t_allocationsToFault = nth;
-    t_hasFired = false;
+CAllocationFault::CAllocationFault(long nth, bool isForEver) noexcept {
+    g_allocationsToFault = nth;
+    g_isForEver = isForEver;
+    g_hasFired = false;
+    g_threadId = GetCurrentThreadId();
 }
 
 CAllocationFault::~CAllocationFault() {
-    t_allocationsToFault = kNone;
+    g_threadId = kNoThread;
 }
 
-bool CAllocationFault::HasFired() const noexcept {
-    return t_hasFired;
+bool CAllocationFault::HasFired() noexcept {
+    return g_hasFired;
 }
 
 // Replaces the C++ runtime's own for the whole program; the other forms of `new` and `delete` come through these two.

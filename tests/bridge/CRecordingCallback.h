@@ -67,6 +67,12 @@ public:
         const std::lock_guard<std::mutex> lock(m_lock);
         return m_addresses;
     }
+    /// Forgets what it was told.
+    void Clear() {
+        const std::lock_guard<std::mutex> lock(m_lock);
+        m_told.clear();
+        m_addresses.clear();
+    }
     [[nodiscard]] long CountReferences() const { return m_references; }
 
 private:

@@ -1,22 +1,19 @@
 #pragma once
 
-#include <comdef.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdio>
 #include <initializer_list>
 #include <memory>
-#include <new>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "CAllocationFault.h"
+#include "CAllocationFaults.h"
 #include "CBstr.h"
 #include "CFakeConvertorTest.h"
-#include "CHresultException.h"
 #include "CJavaLocalFrame.h"
+#include "CJniFaults.h"
 
 /// Conversions of the host's data on the fake runtime: what Java was called with, and how they bear each failure.
 /// After each test the classes alone are referenced.
@@ -124,43 +121,36 @@ protected:
         const Names whole = JavaCalls();
         const std::string hostObjects = Host().Record().DescribeLeftovers();
 
-        for (const bool isOnce : {true, false}) {
-            bool hasFired = true;
-            for (long nth = 1; hasFired; ++nth) {
-                const std::string place = std::to_string(nth) + (isOnce ? "" : " for ever");
-                const CJavaLocalFrame frame(Env());
-                ForgetJavaCalls();
-                Host().ForgetLog();
-                Fake().Fail("*", nth, isOnce ? 1 : -1);
+        CJniFaults faults;
+        static_cast<void>(FailEachCall(faults, [&](CFaultRound& fault) {
+            const CJavaLocalFrame frame(Env());
+            ForgetJavaCalls();
+            Host().ForgetLog();
 
-                FaultRound round{convert(), {}, {}, isOnce, {}};
-                hasFired = Fake().GetFaultsFired() != 0;
-                round.failed = hasFired ? Fake().GetFailedFunction() : "";
-                Fake().ClearFaults();
-                round.calls = JavaCalls();
-                round.errors = Host().Errors();
+            FaultRound round{nullptr, {}, {}, !fault.IsForEver(), {}};
+            EXPECT_FALSE(Run(fault, convert, round.object).IsThrown()) << fault;
+            round.failed = fault.HasFired() ? fault.NameFailed().front() : "";
+            round.calls = JavaCalls();
+            round.errors = Host().Errors();
 
-                EXPECT_TRUE(IsPartOf(round.calls, whole)) << place;
-                EXPECT_FALSE(Fake().IsExceptionPending()) << place;
-                EXPECT_EQ(Fake().GetPinnedStrings(), 0) << place;
-                EXPECT_EQ(Fake().GetOpenFrames(), 1) << place << ": the round's";
-                EXPECT_EQ(Fake().GetGlobalReferences(), m_loadedClasses + (round.object ? 1 : 0)) << place;
-                EXPECT_EQ(Host().Record().DescribeLeftovers(), hostObjects) << place;
-                if (isOnce) {
-                    EXPECT_LE(Fake().GetLocalReferencesOfThread(), 1) << place << ": the exception";
-                }
-                if (hasFired) {
-                    check(round);
-                } else {
-                    EXPECT_NE(round.object, nullptr) << place;
-                    EXPECT_EQ(round.calls, whole) << place;
-                }
+            EXPECT_TRUE(IsPartOf(round.calls, whole)) << fault;
+            ExpectNothingPending(fault, round.object);
+            EXPECT_EQ(Host().Record().DescribeLeftovers(), hostObjects) << fault;
+            if (round.isOnce) {
+                EXPECT_LE(Fake().GetLocalReferencesOfThread(), 1) << fault << ": the exception";
             }
-        }
+            if (fault.HasFired()) {
+                check(round);
+            } else {
+                EXPECT_NE(round.object, nullptr) << fault;
+                EXPECT_EQ(round.calls, whole) << fault;
+            }
+        }));
     }
 
-    /// Converts with its 1st, 2nd, 3rd ... allocation failing until none fails: it throws, or its result is whole.
-    /// @return how often it threw
+    /// Converts with its 1st, 2nd, 3rd ... allocation failing, once and then all after it, until none fails: it throws,
+    /// or its result is whole.
+    /// @return how often it threw with one allocation failing
     template <typename Convert>
     long FailEachAllocation(const Convert& convert) {
         ForgetJavaCalls();
@@ -168,45 +158,35 @@ protected:
         const Names whole = JavaCalls();
 
         long thrown = 0;
-        bool hasFired = true;
-        for (long nth = 1; hasFired; ++nth) {
+        CAllocationFaults faults;
+        static_cast<void>(FailEachCall(faults, [&](CFaultRound& fault) {
             const CJavaLocalFrame frame(Env());
             ForgetJavaCalls();
             const ResourceCounts before = CResourceLedger::Get().Count();
-            Object object;
-            bool isThrown = false;
-            {
-                const CAllocationFault fault(nth);
-                isThrown = IsMemoryExhausted([&] { object = convert(); });
-                hasFired = fault.HasFired();
-            }
 
-            thrown += isThrown ? 1 : 0;
-            EXPECT_EQ(object == nullptr, isThrown) << nth;
-            EXPECT_TRUE(isThrown || JavaCalls() == whole) << nth;
-            EXPECT_FALSE(Fake().IsExceptionPending()) << nth;
-            EXPECT_EQ(Fake().GetPinnedStrings(), 0) << nth;
-            EXPECT_EQ(Fake().GetOpenFrames(), 1) << nth << ": the round's";
-            EXPECT_EQ(Fake().GetGlobalReferences(), m_loadedClasses + (object ? 1 : 0)) << nth;
-            EXPECT_EQ(CResourceLedger::Get().Count(), before) << nth;
-        }
+            Object object;
+            const FaultOutcome outcome = Run(fault, convert, object);
+
+            thrown += outcome.IsThrown() && !fault.IsForEver() ? 1 : 0;
+            EXPECT_TRUE(!outcome.IsThrown() || outcome.result == E_OUTOFMEMORY) << fault << ": " << outcome;
+            // Where there is no memory any more the host's objects have none, either: what they do not give is missing.
+            EXPECT_TRUE(fault.IsForEver() || (object == nullptr) == outcome.IsThrown()) << fault;
+            EXPECT_TRUE(fault.IsForEver() || outcome.IsThrown() || JavaCalls() == whole) << fault;
+            ExpectNothingPending(fault, object);
+            EXPECT_EQ(CResourceLedger::Get().Count(), before) << fault;
+        }));
         return thrown;
     }
 
     /// Whether `act` throws for want of memory; it throws nothing else.
     template <typename Act>
     [[nodiscard]] static bool IsMemoryExhausted(const Act& act) {
-        try {
+        const FaultOutcome outcome = CatchExhaustion([&] {
             act();
-            return false;
-        } catch (const std::bad_alloc&) {
-            return true;
-        } catch (const CHresultException& failure) {
-            EXPECT_EQ(failure.GetResult(), E_OUTOFMEMORY);
-        } catch (const _com_error& failure) {
-            EXPECT_EQ(failure.Error(), E_OUTOFMEMORY);
-        }
-        return true;
+            return S_OK;
+        });
+        EXPECT_TRUE(!outcome.IsThrown() || outcome.result == E_OUTOFMEMORY) << outcome;
+        return outcome.IsThrown();
     }
 
 private:
@@ -221,6 +201,22 @@ private:
             }
         }
         return text;
+    }
+
+    /// Converts in a round.
+    template <typename Convert>
+    static FaultOutcome Run(CFaultRound& fault, const Convert& convert, Object& object) {
+        return fault.Run([&] {
+            object = convert();
+            return S_OK;
+        });
+    }
+
+    void ExpectNothingPending(const CFaultRound& fault, const Object& object) {
+        EXPECT_FALSE(Fake().IsExceptionPending()) << fault;
+        EXPECT_EQ(Fake().GetPinnedStrings(), 0) << fault;
+        EXPECT_EQ(Fake().GetOpenFrames(), 1) << fault << ": the round's";
+        EXPECT_EQ(Fake().GetGlobalReferences(), m_loadedClasses + (object ? 1 : 0)) << fault;
     }
 
     /// Whether `part` is `whole` with calls left out.

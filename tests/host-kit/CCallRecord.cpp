@@ -1,6 +1,7 @@
 #include "CCallRecord.h"
 
 #include <algorithm>
+#include <numeric>
 #include <sstream>
 #include <utility>
 
@@ -51,6 +52,11 @@ long CCallRecord::CountFiredFaults() const {
     return m_faults.CountFired();
 }
 
+std::string CCallRecord::GetFirstFailedCall() const {
+    const Lock lock(m_lock);
+    return m_faults.GetFirstFailed();
+}
+
 void CCallRecord::SetBeforeCall(std::function<void(const std::string&)> hook) {
     const Lock lock(m_lock);
     m_beforeCall = std::move(hook);
@@ -98,6 +104,10 @@ long CCallRecord::CountLiveObjects() const {
 long CCallRecord::CountReferences(REFIID interfaceId) const noexcept {
     const std::size_t index = IndexHostInterface(interfaceId);
     return index < kHostInterfaceCount ? m_references[index].load() : 0;
+}
+
+long CCallRecord::CountReferences() const noexcept {
+    return std::accumulate(m_references.begin(), m_references.end(), 0L);
 }
 
 std::string CCallRecord::DescribeLeftovers() const {

@@ -48,6 +48,8 @@ public:
     void RefuseQuery(const std::string& objectName, REFIID interfaceId, long times);
     void ClearFaults();
     [[nodiscard]] long CountFiredFaults() const;
+    /// The first call that the last order has made go wrong; empty when none has. Kept when faults are cleared.
+    [[nodiscard]] std::string GetFirstFailedCall() const;
 
     /// Run with the call's text when it has been recorded and before anything else happens, on the caller's thread, for
     /// queries too if they are recorded. It may call this record, the objects and the library.
@@ -69,6 +71,8 @@ public:
 
     [[nodiscard]] long CountLiveObjects() const;
     [[nodiscard]] long CountReferences(REFIID interfaceId) const noexcept;
+    /// To all interfaces of all objects together.
+    [[nodiscard]] long CountReferences() const noexcept;
     /// Which objects live and how often each interface is referenced; empty when nothing is left.
     [[nodiscard]] std::string DescribeLeftovers() const;
 

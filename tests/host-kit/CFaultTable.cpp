@@ -12,6 +12,7 @@ bool MatchesCall(const std::string& pattern, const std::string& operation, const
 
 void CFaultTable::Add(std::string pattern, long nth, Fault fault, long times) {
     m_rows.push_back({std::move(pattern), nth - 1, times, fault});
+    m_firstFailed.clear();
 }
 
 Fault CFaultTable::Take(const std::string& operation, const std::string& text) {
@@ -26,6 +27,9 @@ Fault CFaultTable::Take(const std::string& operation, const std::string& text) {
             row.times -= row.times > 0 ? 1 : 0;
             taken = row.fault;
             ++m_fired;
+            if (&row == &m_rows.back() && m_firstFailed.empty()) {
+                m_firstFailed = text;
+            }
         }
     }
     return taken;

@@ -33,6 +33,8 @@ public:
     [[nodiscard]] Fault Take(const std::string& operation, const std::string& text);
 
     [[nodiscard]] long CountFired() const noexcept { return m_fired; }
+    /// The first call that the last row has made go wrong, as recorded; empty when none has.
+    [[nodiscard]] const std::string& GetFirstFailed() const noexcept { return m_firstFailed; }
 
 private:
     struct Row {
@@ -44,4 +46,5 @@ private:
 
     std::vector<Row> m_rows;
     long m_fired = 0;
+    std::string m_firstFailed;
 };

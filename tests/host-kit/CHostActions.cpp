@@ -9,6 +9,11 @@ std::vector<HostAction> CHostActions::GetEntries() const {
     return m_entries;
 }
 
+void CHostActions::Clear() {
+    const std::lock_guard<std::mutex> lock(m_lock);
+    m_entries.clear();
+}
+
 void CHostActions::SetResult(HRESULT result) {
     const std::lock_guard<std::mutex> lock(m_lock);
     m_result = result;

@@ -19,6 +19,7 @@ struct HostAction {
 class CHostActions {
 public:
     [[nodiscard]] std::vector<HostAction> GetEntries() const;
+    void Clear();
 
     /// The result of each action from now on; S_OK from the start.
     void SetResult(HRESULT result);
