@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <sstream>
 #include <stdexcept>
+#include <string_view>
 
 namespace {
 
@@ -65,6 +66,46 @@ private:
     bool m_isOurs = false;
 };
 
+std::string ReadText(const CWitnessThread& java, jobject object) {
+    const auto told = static_cast<jstring>(object);
+    std::string text(static_cast<std::size_t>(java->GetStringUTFLength(told)), '\0');
+    java->GetStringUTFRegion(told, 0, java->GetStringLength(told), text.data());
+    java.Check();
+    return text;
+}
+
+/// The dump of all threads, which ends in the number of references.
+std::string TellThreads(const CWitnessThread& java) {
+    const jclass factory = java->FindClass("java/lang/management/ManagementFactory");
+    java.Check();
+    const jobject server = java->CallStaticObjectMethod(
+        factory, java->GetStaticMethodID(factory, "getPlatformMBeanServer", "()Ljavax/management/MBeanServer;"));
+    java.Check();
+    const jclass nameClass = java->FindClass("javax/management/ObjectName");
+    java.Check();
+    const jobject name = java->NewObject(nameClass, java->GetMethodID(nameClass, "<init>", "(Ljava/lang/String;)V"),
+                                         java->NewStringUTF("com.sun.management:type=DiagnosticCommand"));
+    java.Check();
+    // The command takes the arguments of a command line, of which there are none.
+    const jclass textClass = java->FindClass("java/lang/String");
+    java.Check();
+    const jobjectArray none = java->NewObjectArray(0, textClass, nullptr);
+    java.Check();
+    const jobjectArray arguments = java->NewObjectArray(1, java->FindClass("java/lang/Object"), none);
+    java.Check();
+    const jobjectArray signature = java->NewObjectArray(1, textClass, java->NewStringUTF("[Ljava.lang.String;"));
+    java.Check();
+    const jclass serverClass = java->FindClass("javax/management/MBeanServer");
+    java.Check();
+    const jmethodID invoke = java->GetMethodID(
+        serverClass, "invoke",
+        "(Ljavax/management/ObjectName;Ljava/lang/String;[Ljava/lang/Object;[Ljava/lang/String;)Ljava/lang/Object;");
+    const jobject dump =
+        java->CallObjectMethod(server, invoke, name, java->NewStringUTF("threadPrint"), arguments, signature);
+    java.Check();
+    return ReadText(java, dump);
+}
+
 }  // namespace
 
 std::vector<std::string> TellJavaCalls() {
@@ -73,12 +114,9 @@ std::vector<std::string> TellJavaCalls() {
     java.Check();
     const jobject object = java->NewObject(calls, java->GetMethodID(calls, "<init>", "()V"));
     java.Check();
-    const auto told =
-        static_cast<jstring>(java->CallObjectMethod(object, java->GetMethodID(calls, "tell", "()Ljava/lang/String;")));
+    const jobject told = java->CallObjectMethod(object, java->GetMethodID(calls, "tell", "()Ljava/lang/String;"));
     java.Check();
-    std::string text(static_cast<std::size_t>(java->GetStringUTFLength(told)), '\0');
-    java->GetStringUTFRegion(told, 0, java->GetStringLength(told), text.data());
-    java.Check();
+    const std::string text = ReadText(java, told);
 
     std::vector<std::string> lines;
     std::istringstream stream(text);
@@ -122,4 +160,15 @@ long long CountJavaHeap() {
     const jlong free = java->CallLongMethod(runtime, java->GetMethodID(runtimeClass, "freeMemory", "()J"));
     java.Check();
     return total - free;
+}
+
+int CountJavaGlobalReferences() {
+    constexpr std::string_view kLabel = "JNI global refs: ";
+    const CWitnessThread java;
+    const std::string threads = TellThreads(java);
+    const std::size_t at = threads.rfind(kLabel);
+    if (at == std::string::npos) {
+        throw std::runtime_error("Java does not tell its global references");
+    }
+    return std::stoi(threads.substr(at + kLabel.size()));
 }

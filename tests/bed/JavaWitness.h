@@ -16,3 +16,6 @@
 
 /// Bytes of the machine's heap that are in use when what nobody refers to has been collected.
 [[nodiscard]] long long CountJavaHeap();
+
+/// Global JNI references that anyone holds, the machine itself included, as its diagnostic command tells them.
+[[nodiscard]] int CountJavaGlobalReferences();

@@ -54,6 +54,7 @@ protected:
     /// Lets other processes' tests go on, which each take the registry for themselves, while a long one does without:
     /// it is read when Java is started and when another server is switched to.
     void GiveBackRegistry() { m_registry.reset(); }
+    [[nodiscard]] const CAgentRegistry& Registry() const { return *m_registry; }
 
     static SystemData MakeSystem() {
         SystemData system;
