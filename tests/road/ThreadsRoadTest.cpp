@@ -1,7 +1,5 @@
 // Many of a host's threads, in apartments of all kinds, send at once.
 
-#include <objbase.h>
-
 #include <algorithm>
 #include <iterator>
 #include <map>
@@ -9,35 +7,17 @@
 #include <sstream>
 #include <thread>
 
+#include "CMeeting.h"
 #include "CRegisteredServer.h"
 #include "CRoadTest.h"
 #include "DataType.h"
 #include "JavaWitness.h"
+#include "RunInApartment.h"
 
 namespace {
 
 constexpr std::size_t kThreads = 16;
 constexpr std::size_t kRounds = 2;  // of an item of each kind
-
-/// Threads wait here for the last of them. Of the system's own, since the C++ library's condition variable is made of
-/// critical sections, which the tests' accounts count.
-class CMeeting {
-public:
-    void Wait() {
-        AcquireSRWLockExclusive(&m_lock);
-        ++m_arrived;
-        WakeAllConditionVariable(&m_hasArrived);
-        while (m_arrived < kThreads) {
-            SleepConditionVariableSRW(&m_hasArrived, &m_lock, INFINITE, 0);
-        }
-        ReleaseSRWLockExclusive(&m_lock);
-    }
-
-private:
-    SRWLOCK m_lock = SRWLOCK_INIT;
-    CONDITION_VARIABLE m_hasArrived = CONDITION_VARIABLE_INIT;
-    std::size_t m_arrived = 0;
-};
 
 /// One thread of the host's: what it sends and what came of it.
 struct Sender {
@@ -71,30 +51,22 @@ protected:
         return sender;
     }
 
-    /// Every third thread has an apartment of its own, every third one is in the common one, and the others in none,
-    /// which is the common one for them.
     void Run(std::size_t index, const CMessageServer& server, Sender& sender) {
-        constexpr DWORD kApartments[] = {COINIT_APARTMENTTHREADED, COINIT_MULTITHREADED};
-        const bool hasApartment = index % 3 < 2;
-        if (hasApartment) {
-            sender.results.push_back(CoInitializeEx(nullptr, kApartments[index % 3]));
-        }
-        sender.threadId = GetCurrentThreadId();
-        m_begin.Wait();
-        for (const RoadItem& item : sender.items) {
-            sender.results.push_back(Dump(server, item));
-        }
-        sender.items.clear();
-        if (hasApartment) {
-            CoUninitialize();
-        }
+        RunInApartment(index, [&] {
+            sender.threadId = GetCurrentThreadId();
+            m_begin.Wait();
+            for (const RoadItem& item : sender.items) {
+                sender.results.push_back(Dump(server, item));
+            }
+            sender.items.clear();
+        });
         // Nobody is in Java any more when the first of them ends: under Wine, that may lock up where Java starts a
         // thread.
         m_end.Wait();
     }
 
-    CMeeting m_begin;
-    CMeeting m_end;
+    CMeeting m_begin{kThreads};
+    CMeeting m_end{kThreads};
 
 private:
     std::unique_ptr<CRegisteredServer> m_registered;
