@@ -14,6 +14,7 @@ class CFakeRecord {
 public:
     void AddCall(const FakeFunction& function);
     void AddMethod(std::string call);
+    void ForgetMethods() { m_methods.clear(); }
     void AddMisuse(std::string misuse);
     void SetCallLogEnabled(bool enabled) noexcept { m_isLogging = enabled; }
 

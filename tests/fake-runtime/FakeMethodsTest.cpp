@@ -13,6 +13,17 @@ TEST_F(FakeRuntimeTest, RecordsConstructorsAndMethodsWithTheirArguments) {
     EXPECT_EQ(Methods(), (Texts{"java/x/Y.<init>(J)V(-5000000000)", "java/x/Y.put(Ljava/lang/String;I)V(\"abc\", 5)"}));
 }
 
+TEST_F(FakeRuntimeTest, ForgetsTheMethodsThatWereCalledAndGoesOn) {
+    const jobject object = NewObject("java/x/Y");
+    runtime.ForgetMethodLog();
+    EXPECT_EQ(Methods(), Texts{});
+    EXPECT_EQ(runtime.GetMethodLogEntry(0), nullptr);
+
+    env->CallVoidMethod(object, Method("java/x/Y", "m", "()V"));
+
+    EXPECT_EQ(Methods(), Texts{"java/x/Y.m()V()"});
+}
+
 TEST_F(FakeRuntimeTest, DecodesArgumentsOfEveryType) {
     const jobject object = NewObject("java/x/Y");
     const jmethodID numbers = Method("java/x/Y", "n", "(ZZBCSIJFD)V");

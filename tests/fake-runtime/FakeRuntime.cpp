@@ -72,6 +72,7 @@ public:
     const char* GetCallLogEntry(long index) override { return Locked()->record.GetCall(index); }
     long GetMethodLogSize() override { return SizeOf(Locked()->record.GetMethods()); }
     const char* GetMethodLogEntry(long index) override { return GetEntry(Locked()->record.GetMethods(), index); }
+    void ForgetMethodLog() override { Locked()->record.ForgetMethods(); }
     long GetMisuseCount() override { return SizeOf(Locked()->record.GetMisuses()); }
     const char* GetMisuse(long index) override { return GetEntry(Locked()->record.GetMisuses(), index); }
 

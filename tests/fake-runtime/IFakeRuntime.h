@@ -116,6 +116,8 @@ public:
     /// Characters outside printable ASCII are written as \uXXXX.
     virtual long GetMethodLogSize() = 0;
     virtual const char* GetMethodLogEntry(long index) = 0;
+    /// Empties that log, for runs that are longer than it: its texts are gone.
+    virtual void ForgetMethodLog() = 0;
     /// Breaches of JNI's rules: "DeleteLocalRef: reference deleted twice". The call in question did nothing.
     virtual long GetMisuseCount() = 0;
     virtual const char* GetMisuse(long index) = 0;
