@@ -1,0 +1,30 @@
+#pragma once
+
+#include <windows.h>
+
+#include <unknwn.h>
+
+#include <string>
+#include <vector>
+
+#include "CLeanHost.h"
+
+/// One item that is sent again and again.
+struct Workload {
+    std::string name;
+    std::string content;  ///< what there is in it
+    unsigned char type;
+    IUnknown* data;           ///< the host's
+    int metrics;              ///< in it
+    bool isHostSlow = false;  ///< the host's service object leads to the other objects, and has none of them itself
+};
+
+// The samples whose ratios have goals.
+inline constexpr char kEmpty[] = "empty";
+inline constexpr char kSmall[] = "small";
+inline constexpr char kServer[] = "server";
+inline constexpr char kLarge[] = "large";
+inline constexpr char kManySessions[] = "800 sessions";
+
+/// All of them, with objects of `host`.
+[[nodiscard]] std::vector<Workload> MakeWorkloads(CLeanHost& host);

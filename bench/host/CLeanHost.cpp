@@ -1,0 +1,112 @@
+#include "CLeanHost.h"
+
+#include <algorithm>
+#include <string>
+
+namespace {
+
+SystemData MakeSystem() {
+    SystemData system;
+    system.machineName = L"SERVER-17";
+    system.fqdn = L"server-17.example.com";
+    system.totalMemory = 65536;
+    system.virtualMachineId = L"4f1c5a0e-6a53-4a8e-9d39-0e61d1f6b8a2";
+    system.machineId = L"b0e8c1f4-23b7-4a55-8f21-7f4d2c9e6d10";
+    system.machineUniqueId = L"0d3c6b52-9f0a-4d6c-a8c7-51e0b7a2f394";
+    system.networkInterfaces = {
+        {L"Ethernet adapter 1", L"00-15-5D-01-02-03", L"192.0.2.17", L"255.255.255.0", L"192.0.2.0", 1000},
+        {L"Ethernet adapter 2", L"00-15-5D-01-02-04", L"198.51.100.17", L"255.255.255.0", L"198.51.100.0", 10000},
+    };
+    return system;
+}
+
+/// Of ten values four are fractions, five whole numbers of different types, and one a text.
+LeanValue MakeValue(int number) {
+    switch (number % 10) {
+        case 0:
+        case 3:
+        case 5:
+        case 8:
+            return number * 1.25;
+        case 1:
+        case 6:
+            return LONG{number};
+        case 2:
+        case 7:
+            return static_cast<ULONG>(number);
+        case 4:
+            return LONGLONG{number} << 33;
+        default:
+            return L"text value " + std::to_wstring(number);
+    }
+}
+
+/// `first` sets apart what stands side by side, so that no two nodes are alike.
+std::vector<LeanPair> MakeMetrics(int count, int first) {
+    std::vector<LeanPair> metrics;
+    metrics.reserve(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i) {
+        metrics.push_back({L"Measured value " + std::to_wstring(i), MakeValue(first + i)});
+    }
+    return metrics;
+}
+
+std::vector<LeanPair> MakeTexts(int count, const wchar_t* name) {
+    std::vector<LeanPair> texts;
+    for (int i = 0; i < count; ++i) {
+        const std::wstring number = std::to_wstring(i);
+        texts.push_back({name + number, L"value of " + number});
+    }
+    return texts;
+}
+
+std::vector<CLeanInstances::Instance> MakeApplications(const SampleSize& size) {
+    std::vector<CLeanInstances::Instance> applications;
+    applications.reserve(static_cast<std::size_t>(size.applications));
+    for (int i = 0; i < size.applications; ++i) {
+        applications.emplace_back(L"application " + std::to_wstring(i),
+                                  std::make_unique<CLeanNode>(MakeMetrics(size.applicationMetrics, i)));
+    }
+    return applications;
+}
+
+/// The object as the library is handed it.
+template <typename Object>
+IUnknown& Keep(std::vector<std::unique_ptr<Object>>& objects, std::unique_ptr<Object> object) {
+    objects.push_back(std::move(object));
+    IUnknown* identity = nullptr;
+    static_cast<void>(objects.back()->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(&identity)));
+    identity->Release();
+    return *identity;
+}
+
+}  // namespace
+
+CLeanHost::CLeanHost() : m_system(MakeSystem()) {}
+
+IUnknown& CLeanHost::MakeSample(const SampleSize& size) {
+    std::vector<CLeanInstances::Instance> sessions;
+    for (int i = 0; i < size.sessions; ++i) {
+        const CLeanSession& session = m_sessions.Add(MakeTexts(size.properties, L"property "), {}, {});
+        sessions.emplace_back(std::to_wstring(session.GetId()),
+                              std::make_unique<CLeanNode>(MakeMetrics(size.sessionMetrics, i), MakeApplications(size)));
+    }
+    return Keep(m_samples, std::make_unique<CLeanNode>(MakeMetrics(size.metrics, 0), std::move(sessions)));
+}
+
+IUnknown& CLeanHost::MakeSession(const SampleSize& size) {
+    CLeanSession& session = m_sessions.Add(MakeTexts(size.properties, L"property "),
+                                           MakeMetrics(size.sessionMetrics, 0), MakeApplications(size));
+    return static_cast<IUserSessionInfo&>(session);
+}
+
+IUnknown& CLeanHost::MakeExtendedData(int metrics, int instances) {
+    std::vector<LeanPair> extended;
+    for (int i = 0; i < metrics; ++i) {
+        m_values.push_back(std::make_unique<CLeanValues>(MakeMetrics(instances, i)));
+        extended.push_back({L"Extended metric " + std::to_wstring(i), static_cast<IUnknown*>(m_values.back().get())});
+    }
+    m_values.push_back(std::make_unique<CLeanValues>(std::move(extended)));
+    m_boxes.push_back(std::make_unique<CLeanBox>(MakeTexts(kMetaDataTexts, L"meta-data ")));
+    return Keep(m_extendedData, std::make_unique<CLeanExtendedData>(m_boxes.back().get(), m_values.back().get()));
+}
