@@ -65,5 +65,5 @@ std::shared_ptr<CJavaString> CDataDispatch::MakeRouteString(const CVariant& rout
     if (route.vt != VT_BSTR) {
         return {};
     }
-    return m_convertor.NewJavaString(m_context.vm, std::wstring(ViewBstr(route.bstrVal)), false);
+    return m_convertor.NewJavaString(m_context.vm, ViewBstr(route.bstrVal), false);
 }

@@ -9,7 +9,7 @@ constexpr wchar_t kNoSecretString[] = L"Failed to create a new Java string.  %s"
 
 }  // namespace
 
-std::shared_ptr<CJavaString> CJNIConvertor::NewJavaString(const std::shared_ptr<CJavaVM>& vm, const std::wstring& text,
+std::shared_ptr<CJavaString> CJNIConvertor::NewJavaString(const std::shared_ptr<CJavaVM>& vm, std::wstring_view text,
                                                           bool hideValue) const {
     std::shared_ptr<CJavaString> string = vm->NewString(text);
     if (string) {
@@ -19,11 +19,11 @@ std::shared_ptr<CJavaString> CJNIConvertor::NewJavaString(const std::shared_ptr<
     if (hideValue) {
         m_log.Error(kNoSecretString, exceptionText.c_str());
     } else {
-        m_log.Error(kNoString, text.c_str(), exceptionText.c_str());
+        m_log.Error(kNoString, std::wstring(text).c_str(), exceptionText.c_str());
     }
     return {};
 }
 
 CJNIConvertor::JavaText CJNIConvertor::NewJavaString(const std::shared_ptr<CJavaVM>& vm, BSTR text) const {
-    return NewJavaString(vm, std::wstring(ViewBstr(text)), false);
+    return NewJavaString(vm, ViewBstr(text), false);
 }

@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "CBridgeLog.h"
 #include "CJavaObject.h"
@@ -38,8 +39,8 @@ public:
     explicit CJNIConvertor(CBridgeLog log) : m_log(std::move(log)) {}
 
     /// A Java string of `text`; `hideValue` keeps a secret out of the message that a failure is logged with.
-    [[nodiscard]] std::shared_ptr<CJavaString> NewJavaString(const std::shared_ptr<CJavaVM>& vm,
-                                                             const std::wstring& text, bool hideValue) const;
+    [[nodiscard]] std::shared_ptr<CJavaString> NewJavaString(const std::shared_ptr<CJavaVM>& vm, std::wstring_view text,
+                                                             bool hideValue) const;
 
     /// The DesktopConnection that names the sender in every call of the message client's. Only exactly VARIANT_TRUE of
     /// the host's makes it a desktop.
@@ -61,7 +62,7 @@ public:
 
     /// The BaseMetric `name`. Of another type than the numbers and texts that Java takes there is none, logged as
     /// invalid. A text that Java has no memory for leaves a metric without a value.
-    [[nodiscard]] std::shared_ptr<CJavaObject> GetMetric(const std::shared_ptr<CJavaVM>& vm, const std::wstring& name,
+    [[nodiscard]] std::shared_ptr<CJavaObject> GetMetric(const std::shared_ptr<CJavaVM>& vm, std::wstring_view name,
                                                          const VARIANT* value) const;
     /// Puts the node's metrics into `target`: a sample, a session or a remote application.
     /// @return whether there was one at all, be it that it could not be put
@@ -78,7 +79,7 @@ public:
                        ISampleNode* sessionNode) const;
     /// The BaseRemoteApp `id`, empty of metrics.
     [[nodiscard]] std::shared_ptr<CJavaObject> GetRemoteApp(const std::shared_ptr<CJavaVM>& vm,
-                                                            const std::wstring& id) const;
+                                                            std::wstring_view id) const;
 
     /// A java.util.HashMap of the box's values as texts.
     [[nodiscard]] std::shared_ptr<CJavaObject> GetHashMap(const std::shared_ptr<CJavaVM>& vm, IPropertyBox* box) const;
@@ -92,7 +93,7 @@ public:
                                              INameValueEnumerator* metrics) const;
     /// The BaseMetric `name` with a metric for each of `instances`; with none where that is null.
     [[nodiscard]] std::shared_ptr<CJavaObject> GetExtendedMetric(const std::shared_ptr<CJavaVM>& vm,
-                                                                 const std::wstring& name,
+                                                                 std::wstring_view name,
                                                                  INameValueEnumerator* instances) const;
 
 private:
@@ -131,20 +132,22 @@ private:
     void PutProperties(const std::shared_ptr<CJavaVM>& vm, CJavaObject& javaSession, IUserSessionInfo& session) const;
 
     // Of metrics.
-    [[nodiscard]] std::shared_ptr<CJavaObject> MakeMetric(const std::shared_ptr<CJavaVM>& vm,
-                                                          const std::wstring& name) const;
+    [[nodiscard]] std::shared_ptr<CJavaObject> GetMetric(const std::shared_ptr<CJavaVM>& vm, CJavaClass& metricClass,
+                                                         std::wstring_view name, const VARIANT& value) const;
+    [[nodiscard]] std::shared_ptr<CJavaObject> MakeMetric(const std::shared_ptr<CJavaVM>& vm, CJavaClass& metricClass,
+                                                          std::wstring_view name) const;
     [[nodiscard]] bool PutValue(const std::shared_ptr<CJavaVM>& vm, CJavaObject& metric, const VARIANT& value) const;
-    void PutMetric(CJavaVM& vm, CJavaObject& target, const std::shared_ptr<CJavaObject>& metric,
-                   const std::wstring& name, ISampleNode& node) const;
+    void PutMetric(CJavaVM& vm, CJavaObject& target, const std::shared_ptr<CJavaObject>& metric, std::wstring_view name,
+                   ISampleNode& node) const;
 
     // Of samples and remote applications.
     [[nodiscard]] std::shared_ptr<CJavaObject> MakeSample(const std::shared_ptr<CJavaVM>& vm, ISampleNode& node,
                                                           DATE& time) const;
     [[nodiscard]] HRESULT GetInstances(ISampleNode& node, Microsoft::WRL::ComPtr<IInstanceEnumerator>& instances) const;
-    void AddSession(const std::shared_ptr<CJavaVM>& vm, CJavaObject& sample, DATE sampleTime, const std::wstring& key,
+    void AddSession(const std::shared_ptr<CJavaVM>& vm, CJavaObject& sample, DATE sampleTime, std::wstring_view key,
                     ISampleNode& sessionNode, ISessionCollection& sessions) const;
     void AddRemoteApp(const std::shared_ptr<CJavaVM>& vm, CJavaObject& session, ISampleNode& sessionNode,
-                      const std::wstring& id, ISampleNode& appNode) const;
+                      std::wstring_view id, ISampleNode& appNode) const;
 
     const CBridgeLog m_log;
 };

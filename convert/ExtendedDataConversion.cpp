@@ -46,7 +46,7 @@ std::shared_ptr<CJavaObject> CJNIConvertor::GetHashMap(const std::shared_ptr<CJa
     // A box that gives no enumerator is an empty one.
     ComPtr<INameValueEnumerator> values;
     static_cast<void>(AskForObject(values, [&](INameValueEnumerator** given) { return box->get_enumerator(given); }));
-    WalkTexts(*this, vm, values.Get(), [&](const std::wstring&, const JavaText& key, const JavaText& value) {
+    WalkTexts(*this, vm, values.Get(), [&](std::wstring_view, const JavaText& key, const JavaText& value) {
         // Through the call that owns what is returned: the value that the key had before.
         static_cast<void>(map->CallStringMethod(HashMap::kPut, key->GetReference(), value->GetReference()));
         vm->DropJavaException();
@@ -73,7 +73,7 @@ HRESULT CJNIConvertor::AddExtendedMetrics(const std::shared_ptr<CJavaVM>& vm,
     if (!sample || !node || !metrics) {
         return E_POINTER;
     }
-    return WalkValues(*vm, metrics, [&](const std::wstring& name, const CVariant& value) {
+    return WalkValues(*vm, metrics, [&](std::wstring_view name, const CVariant& value) {
         const auto instances = QueryHostObject<INameValueEnumerator>(GetInterface(value));
         if (const std::shared_ptr<CJavaObject> metric = GetExtendedMetric(vm, name, instances.Get())) {
             PutMetric(*vm, *sample, metric, name, *node);
@@ -82,17 +82,21 @@ HRESULT CJNIConvertor::AddExtendedMetrics(const std::shared_ptr<CJavaVM>& vm,
 }
 
 std::shared_ptr<CJavaObject> CJNIConvertor::GetExtendedMetric(const std::shared_ptr<CJavaVM>& vm,
-                                                              const std::wstring& name,
+                                                              std::wstring_view name,
                                                               INameValueEnumerator* instances) const {
-    std::shared_ptr<CJavaObject> metric = MakeMetric(vm, name);
+    const std::shared_ptr<CJavaClass> metricClass = vm->GetClass(Binding::BaseMetric::kClass);
+    if (!metricClass) {
+        return {};
+    }
+    std::shared_ptr<CJavaObject> metric = MakeMetric(vm, *metricClass, name);
     if (!metric) {
         return {};
     }
-    WalkValues(*vm, instances, [&](const std::wstring& instanceName, const CVariant& value) {
-        if (const std::shared_ptr<CJavaObject> instance = GetMetric(vm, instanceName, &value)) {
+    WalkValues(*vm, instances, [&](std::wstring_view instanceName, const CVariant& value) {
+        if (const std::shared_ptr<CJavaObject> instance = GetMetric(vm, *metricClass, instanceName, value)) {
             metric->CallVoidMethod(Binding::BaseMetric::kAddInstance, instance);
             LogIfThrown(*vm, [&](const wchar_t* thrown) {
-                m_log.Error(kInstanceNotAdded, instanceName.c_str(), name.c_str(), thrown);
+                m_log.Error(kInstanceNotAdded, std::wstring(instanceName).c_str(), std::wstring(name).c_str(), thrown);
             });
         }
     });

@@ -5,7 +5,7 @@
 #include <oleauto.h>
 #include <wrl/client.h>
 
-#include <string>
+#include <string_view>
 
 #include "CBstr.h"
 #include "CElementFrames.h"
@@ -20,7 +20,7 @@
 // walk and is the result; a null enumerator has no pairs. What a pair holds is released before the next one is asked
 // for. A pair without a name is not shown: it could not be told from others.
 
-/// Shows each pair to `visit(const std::wstring& name, CVariant& value)`, which may change the value.
+/// Shows each pair to `visit(std::wstring_view name, CVariant& value)`, which may change the value.
 template <typename Visit>
 HRESULT WalkValues(const CJavaVM& vm, INameValueEnumerator* values, const Visit& visit) {
     CElementFrames frames(vm.GetEnv());
@@ -33,13 +33,13 @@ HRESULT WalkValues(const CJavaVM& vm, INameValueEnumerator* values, const Visit&
             return next;
         }
         if (name) {
-            visit(std::wstring(name.GetView()), value);
+            visit(name.GetView(), value);
         }
     }
     return S_FALSE;
 }
 
-/// Shows each pair to `visit(const std::wstring& key, ISampleNode& instance)`. A pair without an instance is not shown
+/// Shows each pair to `visit(std::wstring_view key, ISampleNode& instance)`. A pair without an instance is not shown
 /// either.
 template <typename Visit>
 HRESULT WalkInstances(const CJavaVM& vm, IInstanceEnumerator* instances, const Visit& visit) {
@@ -54,7 +54,7 @@ HRESULT WalkInstances(const CJavaVM& vm, IInstanceEnumerator* instances, const V
             return next;
         }
         if (key && instance) {
-            visit(std::wstring(key.GetView()), *instance.Get());
+            visit(key.GetView(), *instance.Get());
         }
     }
     return S_FALSE;

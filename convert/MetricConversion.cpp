@@ -19,20 +19,28 @@ constexpr wchar_t kMetricNotAdded[] = L"Failed to add metric '%s' to sample '%s'
 
 }  // namespace
 
-std::shared_ptr<CJavaObject> CJNIConvertor::GetMetric(const std::shared_ptr<CJavaVM>& vm, const std::wstring& name,
+std::shared_ptr<CJavaObject> CJNIConvertor::GetMetric(const std::shared_ptr<CJavaVM>& vm, std::wstring_view name,
                                                       const VARIANT* value) const {
-    if (!value) {
+    const std::shared_ptr<CJavaClass> metricClass = vm->GetClass(Metric::kClass);
+    if (!metricClass || !value) {
         return {};
     }
-    std::shared_ptr<CJavaObject> metric = MakeMetric(vm, name);
+    return GetMetric(vm, *metricClass, name, *value);
+}
+
+/// With the class that a walk over many metrics has looked up once.
+std::shared_ptr<CJavaObject> CJNIConvertor::GetMetric(const std::shared_ptr<CJavaVM>& vm, CJavaClass& metricClass,
+                                                      std::wstring_view name, const VARIANT& value) const {
+    std::shared_ptr<CJavaObject> metric = MakeMetric(vm, metricClass, name);
     if (!metric) {
         return {};
     }
-    if (!PutValue(vm, *metric, *value)) {
-        m_log.Error(kInvalidType, name.c_str());
+    if (!PutValue(vm, *metric, value)) {
+        m_log.Error(kInvalidType, std::wstring(name).c_str());
         return {};
     }
-    if (LogIfThrown(*vm, [&](const wchar_t* thrown) { m_log.Error(kValueNotSet, name.c_str(), thrown); })) {
+    if (LogIfThrown(*vm,
+                    [&](const wchar_t* thrown) { m_log.Error(kValueNotSet, std::wstring(name).c_str(), thrown); })) {
         return {};
     }
     return metric;
@@ -50,9 +58,11 @@ bool CJNIConvertor::AddMetrics(const std::shared_ptr<CJavaVM>& vm, const std::sh
         m_log.ErrorWithResult(got, kNoMetrics);
         return false;
     }
+    const std::shared_ptr<CJavaClass> metricClass = vm->GetClass(Metric::kClass);
     bool isAnyBuilt = false;
-    WalkValues(*vm, metrics.Get(), [&](const std::wstring& name, const CVariant& value) {
-        const std::shared_ptr<CJavaObject> metric = GetMetric(vm, name, &value);
+    WalkValues(*vm, metrics.Get(), [&](std::wstring_view name, const CVariant& value) {
+        const std::shared_ptr<CJavaObject> metric =
+            metricClass ? GetMetric(vm, *metricClass, name, value) : std::shared_ptr<CJavaObject>();
         if (metric) {
             isAnyBuilt = true;
             PutMetric(*vm, *target, metric, name, *node);
@@ -61,17 +71,13 @@ bool CJNIConvertor::AddMetrics(const std::shared_ptr<CJavaVM>& vm, const std::sh
     return isAnyBuilt;
 }
 
-std::shared_ptr<CJavaObject> CJNIConvertor::MakeMetric(const std::shared_ptr<CJavaVM>& vm,
-                                                       const std::wstring& name) const {
-    const std::shared_ptr<CJavaClass> metricClass = vm->GetClass(Metric::kClass);
-    if (!metricClass) {
-        return {};
-    }
+std::shared_ptr<CJavaObject> CJNIConvertor::MakeMetric(const std::shared_ptr<CJavaVM>& vm, CJavaClass& metricClass,
+                                                       std::wstring_view name) const {
     const JavaText nameString = NewJavaString(vm, name, false);
     if (!nameString) {
         return {};
     }
-    std::shared_ptr<CJavaObject> metric = metricClass->NewObject(Metric::kCtorName, nameString);
+    std::shared_ptr<CJavaObject> metric = metricClass.NewObject(Metric::kCtorName, nameString);
     if (!metric) {
         m_log.Error(kNoMetric, vm->TakeExceptionText().c_str());
     }
@@ -117,10 +123,10 @@ bool CJNIConvertor::PutValue(const std::shared_ptr<CJavaVM>& vm, CJavaObject& me
 }
 
 void CJNIConvertor::PutMetric(CJavaVM& vm, CJavaObject& target, const std::shared_ptr<CJavaObject>& metric,
-                              const std::wstring& name, ISampleNode& node) const {
+                              std::wstring_view name, ISampleNode& node) const {
     // Samples, sessions and remote applications all have it, under this one alias and with this one signature.
     target.CallVoidMethod(Binding::BaseSample::kPutMetric, metric);
     LogIfThrown(vm, [&](const wchar_t* thrown) {
-        m_log.Error(kMetricNotAdded, name.c_str(), NameSample(node).GetText(), thrown);
+        m_log.Error(kMetricNotAdded, std::wstring(name).c_str(), NameSample(node).GetText(), thrown);
     });
 }

@@ -23,26 +23,26 @@ void CJNIConvertor::AddRemoteApps(const std::shared_ptr<CJavaVM>& vm, const std:
     if (FAILED(GetInstances(*sessionNode, apps))) {
         return;
     }
-    WalkInstances(*vm, apps.Get(), [&](const std::wstring& id, ISampleNode& appNode) {
+    WalkInstances(*vm, apps.Get(), [&](std::wstring_view id, ISampleNode& appNode) {
         AddRemoteApp(vm, *session, *sessionNode, id, appNode);
     });
 }
 
 void CJNIConvertor::AddRemoteApp(const std::shared_ptr<CJavaVM>& vm, CJavaObject& session, ISampleNode& sessionNode,
-                                 const std::wstring& id, ISampleNode& appNode) const {
+                                 std::wstring_view id, ISampleNode& appNode) const {
     const std::shared_ptr<CJavaObject> app = GetRemoteApp(vm, id);
     if (!app || !AddMetrics(vm, app, &appNode)) {
         return;  // an application without a metric is never sent
     }
-    m_log.Verbose(kAddingRemoteApp, id.c_str());
+    m_log.Verbose(kAddingRemoteApp, std::wstring(id).c_str());
     session.CallVoidMethod(Binding::BaseUserSession::kPutRemoteApp, app);
     LogIfThrown(*vm, [&](const wchar_t* thrown) {
-        m_log.Error(kRemoteAppNotAdded, id.c_str(), NameSample(sessionNode).GetText(), thrown);
+        m_log.Error(kRemoteAppNotAdded, std::wstring(id).c_str(), NameSample(sessionNode).GetText(), thrown);
     });
 }
 
 std::shared_ptr<CJavaObject> CJNIConvertor::GetRemoteApp(const std::shared_ptr<CJavaVM>& vm,
-                                                         const std::wstring& id) const {
+                                                         std::wstring_view id) const {
     const std::shared_ptr<CJavaClass> appClass = vm->GetClass(RemoteApp::kClass);
     if (!appClass) {
         return {};

@@ -19,10 +19,11 @@ constexpr wchar_t kAddingSession[] = L"Adding session to sample: '%s'";
 constexpr wchar_t kSessionNotAdded[] = L"Failed to add session '%s' to sample '%s'.  %s";
 
 /// The session that `key`, a decimal number, names; what is no number names session 0.
-ComPtr<IUserSessionInfo> FindSession(ISessionCollection& sessions, const std::wstring& key) {
+ComPtr<IUserSessionInfo> FindSession(ISessionCollection& sessions, std::wstring_view key) {
     ComPtr<IUserSessionInfo> session;
-    static_cast<void>(AskForObject(
-        session, [&](IUserSessionInfo** given) { return sessions.GetSession(StrToIntW(key.c_str()), given); }));
+    static_cast<void>(AskForObject(session, [&](IUserSessionInfo** given) {
+        return sessions.GetSession(StrToIntW(std::wstring(key).c_str()), given);
+    }));
     return session;
 }
 
@@ -44,7 +45,7 @@ std::shared_ptr<CJavaObject> CJNIConvertor::GetSample(const std::shared_ptr<CJav
     if (FAILED(GetInstances(*sample, instances))) {
         return {};
     }
-    WalkInstances(*vm, instances.Get(), [&](const std::wstring& key, ISampleNode& instance) {
+    WalkInstances(*vm, instances.Get(), [&](std::wstring_view key, ISampleNode& instance) {
         if (sessions) {
             AddSession(vm, *javaSample, time, key, instance, *sessions);
         }
@@ -80,7 +81,7 @@ HRESULT CJNIConvertor::GetInstances(ISampleNode& node, ComPtr<IInstanceEnumerato
 }
 
 void CJNIConvertor::AddSession(const std::shared_ptr<CJavaVM>& vm, CJavaObject& sample, DATE sampleTime,
-                               const std::wstring& key, ISampleNode& sessionNode, ISessionCollection& sessions) const {
+                               std::wstring_view key, ISampleNode& sessionNode, ISessionCollection& sessions) const {
     const ComPtr<IUserSessionInfo> session = FindSession(sessions, key);
     const std::shared_ptr<CJavaObject> javaSession = GetUserSession(vm, session.Get());
     if (!javaSession) {
@@ -89,9 +90,9 @@ void CJNIConvertor::AddSession(const std::shared_ptr<CJavaVM>& vm, CJavaObject& 
     AddMetrics(vm, javaSession, &sessionNode);
     AddRemoteApps(vm, javaSession, &sessionNode);
 
-    m_log.Verbose(kAddingSession, key.c_str());
+    m_log.Verbose(kAddingSession, std::wstring(key).c_str());
     sample.CallVoidMethod(Sample::kPutSession, javaSession);
     LogIfThrown(*vm, [&](const wchar_t* thrown) {
-        m_log.Error(kSessionNotAdded, key.c_str(), FormatSampleTime(sampleTime).GetText(), thrown);
+        m_log.Error(kSessionNotAdded, std::wstring(key).c_str(), FormatSampleTime(sampleTime).GetText(), thrown);
     });
 }

@@ -97,10 +97,10 @@ void CJNIConvertor::PutProperties(const std::shared_ptr<CJavaVM>& vm, CJavaObjec
         m_log.ErrorRunTogether(gotEnumerator, kNoPropertyEnumerator);
         return;
     }
-    WalkTexts(*this, vm, properties.Get(), [&](const std::wstring& name, const JavaText& key, const JavaText& value) {
+    WalkTexts(*this, vm, properties.Get(), [&](std::wstring_view name, const JavaText& key, const JavaText& value) {
         javaSession.CallVoidMethod(UserSession::kPutProperty, key, value);
         LogIfThrown(*vm, [&](const wchar_t* thrown) {
-            m_log.Error(kPropertyNotSet, name.c_str(), GetUserLabel(session).c_str(), thrown);
+            m_log.Error(kPropertyNotSet, std::wstring(name).c_str(), GetUserLabel(session).c_str(), thrown);
         });
     });
 }

@@ -88,6 +88,19 @@ constexpr std::size_t CountSectionRows() {
 }
 static_assert(CountSectionRows() == std::size(kRows), "the sections cover the rows");
 
+constexpr bool AreAliasNumbersDistinct() {
+    for (const JavaMethodBinding& row : kRows) {
+        for (const JavaMethodBinding& other : kRows) {
+            const bool isSameAlias = std::string_view(row.alias) == other.alias;
+            if (!isSameAlias && AliasNumber(row.alias) == AliasNumber(other.alias)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+static_assert(AreAliasNumbersDistinct(), "two aliases share a number: rename one");
+
 }  // namespace
 
 ClassRows FindRows(std::string_view className) noexcept {

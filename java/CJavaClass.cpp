@@ -26,25 +26,39 @@ bool CJavaClass::Bind(JNIEnv* env, const JavaMethodBinding* rows, std::size_t ro
         if (!method) {
             return false;
         }
-        m_methods.insert_or_assign(rows[i].alias, method);
+        Remember(AliasNumber(rows[i].alias), method);
     }
     return true;
 }
 
-jmethodID CJavaClass::FindMethod(std::string_view alias) const noexcept {
-    const auto found = m_methods.find(alias);
-    return found == m_methods.end() ? nullptr : found->second;
+void CJavaClass::Remember(std::uint64_t aliasNumber, jmethodID method) {
+    for (BoundMethod& bound : m_methods) {
+        if (bound.aliasNumber == aliasNumber) {
+            bound.method = method;
+            return;
+        }
+    }
+    m_methods.push_back({aliasNumber, method});
 }
 
-std::shared_ptr<CJavaObject> CJavaClass::NewObjectVariadic(const char* alias, ...) {
-    const jmethodID constructor = FindMethod(alias);
+jmethodID CJavaClass::FindMethod(std::uint64_t aliasNumber) const noexcept {
+    for (const BoundMethod& bound : m_methods) {
+        if (bound.aliasNumber == aliasNumber) {
+            return bound.method;
+        }
+    }
+    return nullptr;
+}
+
+std::shared_ptr<CJavaObject> CJavaClass::NewObjectVariadic(std::uint64_t aliasNumber, ...) {
+    const jmethodID constructor = FindMethod(aliasNumber);
     JNIEnv* const env = m_vm.GetEnv();
     if (!constructor || !env) {
         return {};
     }
 
     std::va_list arguments;
-    va_start(arguments, alias);
+    va_start(arguments, aliasNumber);
     CJavaLocalRef<jobject> local(env, env->NewObjectV(m_class.Get(), constructor, arguments));
     va_end(arguments);
     if (!local) {

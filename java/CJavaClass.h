@@ -3,10 +3,11 @@
 #include <jni.h>
 
 #include <cstddef>
-#include <map>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "CJavaGlobalRef.h"
 #include "JavaArgument.h"
@@ -32,7 +33,9 @@ public:
     [[nodiscard]] bool Bind(JNIEnv* env, const JavaMethodBinding* rows, std::size_t rowCount);
 
     /// The method bound under `alias`; null when there is none.
-    [[nodiscard]] jmethodID FindMethod(std::string_view alias) const noexcept;
+    [[nodiscard]] jmethodID FindMethod(std::string_view alias) const noexcept { return FindMethod(AliasNumber(alias)); }
+    /// The same for the number of an alias.
+    [[nodiscard]] jmethodID FindMethod(std::uint64_t aliasNumber) const noexcept;
 
     /// A new object, held by a global reference. Empty when the alias is unknown, the calling thread has no
     /// environment, or Java fails, an exception being pending then. Throws std::bad_alloc.
@@ -40,14 +43,20 @@ public:
     [[nodiscard]] std::shared_ptr<CJavaObject> NewObject(const JavaConstructor<Parameters...>& constructor,
                                                          const Arguments&... arguments) {
         static_assert(sizeof...(Parameters) == sizeof...(Arguments), "as many arguments as the constructor takes");
-        return NewObjectVariadic(constructor.alias, JavaArgument::Convert<Parameters>::From(arguments)...);
+        return NewObjectVariadic(constructor.aliasNumber, JavaArgument::Convert<Parameters>::From(arguments)...);
     }
 
 private:
-    [[nodiscard]] std::shared_ptr<CJavaObject> NewObjectVariadic(const char* alias, ...);
+    struct BoundMethod {
+        std::uint64_t aliasNumber;
+        jmethodID method;
+    };
+
+    void Remember(std::uint64_t aliasNumber, jmethodID method);
+    [[nodiscard]] std::shared_ptr<CJavaObject> NewObjectVariadic(std::uint64_t aliasNumber, ...);
 
     CJavaVM& m_vm;
     const std::string m_name;
-    std::map<std::string, jmethodID, std::less<>> m_methods;
-    CJavaGlobalRef<jclass> m_class;  // last: released before the aliases go
+    std::vector<BoundMethod> m_methods;  // a dozen at most
+    CJavaGlobalRef<jclass> m_class;      // last: released before the aliases go
 };

@@ -12,26 +12,26 @@ CJavaObject::CJavaObject(CJavaVM& vm, CJavaClass& javaClass, CJavaGlobalRef<jobj
 
 CJavaObject::~CJavaObject() = default;
 
-void CJavaObject::CallVoidVariadic(const char* alias, ...) {
-    const jmethodID method = m_class.FindMethod(alias);
+void CJavaObject::CallVoidVariadic(std::uint64_t aliasNumber, ...) {
+    const jmethodID method = m_class.FindMethod(aliasNumber);
     JNIEnv* const env = m_vm.GetEnv();
     if (!method || !env) {
         return;
     }
     std::va_list arguments;
-    va_start(arguments, alias);
+    va_start(arguments, aliasNumber);
     env->CallVoidMethodV(m_reference.Get(), method, arguments);
     va_end(arguments);
 }
 
-std::shared_ptr<CJavaString> CJavaObject::CallStringVariadic(const char* alias, ...) {
-    const jmethodID method = m_class.FindMethod(alias);
+std::shared_ptr<CJavaString> CJavaObject::CallStringVariadic(std::uint64_t aliasNumber, ...) {
+    const jmethodID method = m_class.FindMethod(aliasNumber);
     JNIEnv* const env = m_vm.GetEnv();
     if (!method || !env) {
         return {};
     }
     std::va_list arguments;
-    va_start(arguments, alias);
+    va_start(arguments, aliasNumber);
     CJavaLocalRef<jstring> result(env,
                                   static_cast<jstring>(env->CallObjectMethodV(m_reference.Get(), method, arguments)));
     va_end(arguments);

@@ -2,6 +2,7 @@
 
 #include <jni.h>
 
+#include <cstdint>
 #include <memory>
 
 #include "CJavaGlobalRef.h"
@@ -29,7 +30,7 @@ public:
     template <typename... Parameters, typename... Arguments>
     void CallVoidMethod(const JavaMethod<void(Parameters...)>& method, const Arguments&... arguments) {
         static_assert(sizeof...(Parameters) == sizeof...(Arguments), "as many arguments as the method takes");
-        CallVoidVariadic(method.alias, JavaArgument::Convert<Parameters>::From(arguments)...);
+        CallVoidVariadic(method.aliasNumber, JavaArgument::Convert<Parameters>::From(arguments)...);
     }
 
     /// Calls a method that returns a string, or another object of which only its release is wanted. The result is a
@@ -40,14 +41,14 @@ public:
                                                                 const Arguments&... arguments) {
         static_assert(std::is_convertible_v<Result, jobject>, "a method that returns a reference");
         static_assert(sizeof...(Parameters) == sizeof...(Arguments), "as many arguments as the method takes");
-        return CallStringVariadic(method.alias, JavaArgument::Convert<Parameters>::From(arguments)...);
+        return CallStringVariadic(method.aliasNumber, JavaArgument::Convert<Parameters>::From(arguments)...);
     }
 
     [[nodiscard]] jobject GetReference() const noexcept { return m_reference.Get(); }
 
 private:
-    void CallVoidVariadic(const char* alias, ...);
-    [[nodiscard]] std::shared_ptr<CJavaString> CallStringVariadic(const char* alias, ...);
+    void CallVoidVariadic(std::uint64_t aliasNumber, ...);
+    [[nodiscard]] std::shared_ptr<CJavaString> CallStringVariadic(std::uint64_t aliasNumber, ...);
 
     CJavaVM& m_vm;
     CJavaClass& m_class;

@@ -175,12 +175,12 @@ void CJavaVM::ForgetEnvs() noexcept {
     m_envs.clear();
 }
 
-std::shared_ptr<CJavaString> CJavaVM::NewString(const std::wstring& text) {
+std::shared_ptr<CJavaString> CJavaVM::NewString(std::wstring_view text) {
     JNIEnv* const env = GetEnv();
     if (!env || text.length() > static_cast<std::size_t>(std::numeric_limits<jsize>::max())) {
         return {};
     }
-    const auto* const units = reinterpret_cast<const jchar*>(text.data());
+    const auto* const units = reinterpret_cast<const jchar*>(text.empty() ? L"" : text.data());  // never null
     CJavaLocalRef<jstring> string(env, env->NewString(units, static_cast<jsize>(text.length())));
     if (!string) {
         return {};

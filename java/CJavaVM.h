@@ -71,7 +71,7 @@ public:
 
     /// A Java string of all of `text`, embedded zeros included, by a local reference of the calling thread's. Empty on
     /// failure, a Java exception then pending.
-    [[nodiscard]] std::shared_ptr<CJavaString> NewString(const std::wstring& text);
+    [[nodiscard]] std::shared_ptr<CJavaString> NewString(std::wstring_view text);
 
     /// The class `className` ("java/util/HashMap") with the methods of `rows` bound. One that is loaded already is
     /// returned as it is, whatever the rows. Empty on failure, a Java exception then pending and nothing kept.

@@ -3,6 +3,7 @@
 #include <jni.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <type_traits>
 
@@ -13,6 +14,16 @@ struct JavaMethodBinding {
     const char* name;
     const char* signature;
 };
+
+/// A number that stands for an alias, so that a call finds its method without comparing texts (FNV-1a, 64 bits). That
+/// those of one class differ is checked where the rows are compiled.
+constexpr std::uint64_t AliasNumber(std::string_view alias) {
+    std::uint64_t number = 0xcbf29ce484222325;
+    for (const char character : alias) {
+        number = (number ^ static_cast<unsigned char>(character)) * 0x100000001b3;
+    }
+    return number;
+}
 
 /// Reads JNI signatures while compiling (Java Native Interface Specification, chapter 3, "Type Signatures").
 namespace JniSignature {
@@ -87,11 +98,13 @@ struct JavaMethod;
 template <typename Result, typename... Parameters>
 struct JavaMethod<Result(Parameters...)> : JavaMethodBinding {
     constexpr JavaMethod(const char* methodAlias, const char* methodName, const char* methodSignature)
-        : JavaMethodBinding{methodAlias, methodName, methodSignature} {
+        : JavaMethodBinding{methodAlias, methodName, methodSignature}, aliasNumber(AliasNumber(methodAlias)) {
         if (!JniSignature::Describes<Result, Parameters...>(methodSignature)) {
             throw "the JNI signature does not have these parameter and result types";
         }
     }
+
+    std::uint64_t aliasNumber;
 };
 
 /// The row of a constructor, whose JNI name is always "<init>".

@@ -347,7 +347,7 @@ TEST_F(ExtendedSampleConversionTest, EachAllocationMayFail) {
         return convertor.GetExtendedSample(SharedVM(), &node, &metrics);
     });
 
-    EXPECT_GT(thrown, 20);
+    EXPECT_GT(thrown, 15);
     EXPECT_EQ(Host().Errors(), Texts{});
 }
 

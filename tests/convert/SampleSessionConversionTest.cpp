@@ -250,7 +250,7 @@ private:
 };
 
 TEST_F(SampleMemoryTest, EachAllocationMayFail) {
-    EXPECT_GT(FailEachAllocation(MakeConvertor()), 40);
+    EXPECT_GT(FailEachAllocation(MakeConvertor()), 30);
     EXPECT_EQ(Host().Errors(), Texts{});
 }
 
