@@ -25,13 +25,15 @@ bool RefersToNothing(const VARIANT& value) {
     return IsNullReference(value) || (value.vt == (VT_BYREF | VT_VARIANT) && IsNullReference(*value.pvarVal));
 }
 
-/// No decimal has more than 28 places; the system may overrun its own buffer for such a one.
+/// No decimal has more than 28 places; the system may overrun its own buffer for such a one. References are followed
+/// once, since they may lead round in a circle.
 bool IsNoDecimal(const VARIANT& value) {
-    if (value.vt == (VT_BYREF | VT_VARIANT)) {
-        return IsNoDecimal(*value.pvarVal);
+    const VARIANT& own = value.vt == (VT_BYREF | VT_VARIANT) ? *value.pvarVal : value;
+    const DECIMAL* decimal = own.vt == VT_DECIMAL ? &own.decVal : nullptr;
+    if (own.vt == (VT_BYREF | VT_DECIMAL)) {
+        decimal = own.pdecVal;
     }
-    return (value.vt == VT_DECIMAL && value.decVal.scale > 28) ||
-           (value.vt == (VT_BYREF | VT_DECIMAL) && value.pdecVal->scale > 28);
+    return decimal && decimal->scale > 28;
 }
 
 /// Whether the system has no part in it; `text` is what the value's own type says then.
