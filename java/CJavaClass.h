@@ -35,7 +35,14 @@ public:
     /// The method bound under `alias`; null when there is none.
     [[nodiscard]] jmethodID FindMethod(std::string_view alias) const noexcept { return FindMethod(AliasNumber(alias)); }
     /// The same for the number of an alias.
-    [[nodiscard]] jmethodID FindMethod(std::uint64_t aliasNumber) const noexcept;
+    [[nodiscard]] jmethodID FindMethod(std::uint64_t aliasNumber) const noexcept {
+        for (const BoundMethod& bound : m_methods) {
+            if (bound.aliasNumber == aliasNumber) {
+                return bound.method;
+            }
+        }
+        return nullptr;
+    }
 
     /// A new object, held by a global reference. Empty when the alias is unknown, the calling thread has no
     /// environment, or Java fails, an exception being pending then. Throws std::bad_alloc.

@@ -14,7 +14,3 @@ CBstr CBstr::Make(std::wstring_view text) {
     }
     return made;
 }
-
-std::wstring_view ViewBstr(BSTR text) noexcept {
-    return {text, SysStringLen(text)};
-}

@@ -15,7 +15,9 @@ struct BstrTraits {
 };
 
 /// The text of `text` by its stored length; empty for null, as everywhere in OLE Automation. Valid as long as the BSTR.
-[[nodiscard]] std::wstring_view ViewBstr(BSTR text) noexcept;
+[[nodiscard]] inline std::wstring_view ViewBstr(BSTR text) noexcept {
+    return {text, SysStringLen(text)};
+}
 
 /// Sole owner of a BSTR. Beside `_bstr_t` because it receives out-parameters without a control block of its own and
 /// never throws on destruction or receipt; a null BSTR is an empty text, as everywhere in OLE Automation.

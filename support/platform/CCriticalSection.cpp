@@ -17,12 +17,3 @@ CCriticalSection::~CCriticalSection() {
     Leave();
     DeleteCriticalSection(&m_section);
 }
-
-void CCriticalSection::lock() noexcept {
-    AssertMayBeTaken();
-    EnterCriticalSection(&m_section);
-}
-
-void CCriticalSection::unlock() noexcept {
-    LeaveCriticalSection(&m_section);
-}

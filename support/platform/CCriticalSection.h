@@ -18,8 +18,12 @@ public:
     CCriticalSection(const CCriticalSection&) = delete;
     CCriticalSection& operator=(const CCriticalSection&) = delete;
 
-    void lock() noexcept;
-    void unlock() noexcept;
+    // Inline: a data item of 3,000 metrics looks the thread's environment up 25,000 times.
+    void lock() noexcept {
+        AssertMayBeTaken();
+        EnterCriticalSection(&m_section);
+    }
+    void unlock() noexcept { LeaveCriticalSection(&m_section); }
 
 private:
     CRITICAL_SECTION m_section;

@@ -32,7 +32,9 @@ CVariant::~CVariant() {
 }
 
 VARIANT* CVariant::Receive() noexcept {
-    VariantClear(this);
+    if (vt != VT_EMPTY) {  // as it is in a walk, thousands of times
+        VariantClear(this);
+    }
     static_cast<VARIANT&>(*this) = VARIANT{};
     return this;
 }
