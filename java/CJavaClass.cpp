@@ -41,15 +41,6 @@ void CJavaClass::Remember(std::uint64_t aliasNumber, jmethodID method) {
     m_methods.push_back({aliasNumber, method});
 }
 
-jmethodID CJavaClass::FindMethod(std::uint64_t aliasNumber) const noexcept {
-    for (const BoundMethod& bound : m_methods) {
-        if (bound.aliasNumber == aliasNumber) {
-            return bound.method;
-        }
-    }
-    return nullptr;
-}
-
 std::shared_ptr<CJavaObject> CJavaClass::NewObjectVariadic(std::uint64_t aliasNumber, ...) {
     const jmethodID constructor = FindMethod(aliasNumber);
     JNIEnv* const env = m_vm.GetEnv();
@@ -68,5 +59,5 @@ std::shared_ptr<CJavaObject> CJavaClass::NewObjectVariadic(std::uint64_t aliasNu
     if (!global) {
         return {};
     }
-    return std::shared_ptr<CJavaObject>(new CJavaObject(m_vm, *this, std::move(global)));
+    return m_vm.MakeWrapper<CJavaObject>(m_vm, *this, std::move(global));
 }

@@ -36,7 +36,7 @@ std::shared_ptr<CJavaString> CJavaObject::CallStringVariadic(std::uint64_t alias
                                   static_cast<jstring>(env->CallObjectMethodV(m_reference.Get(), method, arguments)));
     va_end(arguments);
     try {
-        return std::shared_ptr<CJavaString>(new CJavaString(m_vm, std::move(result)));
+        return m_vm.MakeWrapper<CJavaString>(m_vm, std::move(result));
     } catch (...) {
         env->ExceptionClear();  // what the method threw: nobody will ask for it now
         throw;

@@ -185,7 +185,7 @@ std::shared_ptr<CJavaString> CJavaVM::NewString(std::wstring_view text) {
     if (!string) {
         return {};
     }
-    return std::shared_ptr<CJavaString>(new CJavaString(*this, std::move(string)));
+    return MakeWrapper<CJavaString>(*this, std::move(string));
 }
 
 std::shared_ptr<CJavaClass> CJavaVM::LoadClass(std::string_view className, const JavaMethodBinding* rows,

@@ -10,9 +10,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "CCriticalSection.h"
+#include "CWrapperBlocks.h"
 #include "JavaMethodBinding.h"
 #include "SystemHandles.h"
 
@@ -73,6 +75,13 @@ public:
     /// failure, a Java exception then pending.
     [[nodiscard]] std::shared_ptr<CJavaString> NewString(std::wstring_view text);
 
+    /// A wrapper in memory that is used again for the next one: most live for a moment only. Throws std::bad_alloc.
+    template <typename Wrapper, typename... Arguments>
+    [[nodiscard]] std::shared_ptr<Wrapper> MakeWrapper(Arguments&&... arguments) {
+        return std::allocate_shared<Wrapper>(CWrapperAllocator<Wrapper>(m_wrapperBlocks),
+                                             std::forward<Arguments>(arguments)...);
+    }
+
     /// The class `className` ("java/util/HashMap") with the methods of `rows` bound. One that is loaded already is
     /// returned as it is, whatever the rows. Empty on failure, a Java exception then pending and nothing kept.
     [[nodiscard]] std::shared_ptr<CJavaClass> LoadClass(std::string_view className, const JavaMethodBinding* rows,
@@ -94,6 +103,7 @@ private:
     void RememberEnv(JNIEnv* env);
     void ForgetEnvs() noexcept;
 
+    CWrapperBlocks m_wrapperBlocks;
     const std::wstring m_binDirectory;
     const std::wstring m_libraryPath;
     CModule m_library;

@@ -70,74 +70,74 @@ struct Expected {
 
 constexpr Expected kExpected[] = {
     {{"metric", eSample, &MakeSample<11>, &MakeSample<10>},
-     {8, 4, 0, 0},
+     {8, 0, 0, 0},
      "ExceptionOccurred 2, NewGlobalRef 1, DeleteGlobalRef 1, DeleteLocalRef 2, NewObjectV 1, CallVoidMethodV 2, "
      "NewString 1"},
     {{"metric with a text", eSample, &MakeSample<10>, &MakeSample<9>},
-     {10, 6, 0, 0},
+     {10, 0, 0, 0},
      "ExceptionOccurred 2, NewGlobalRef 1, DeleteGlobalRef 1, DeleteLocalRef 3, NewObjectV 1, CallVoidMethodV 2, "
      "NewString 2"},
     {{"session", eSample, &MakeSample<0, 2>, &MakeSample<0, 1>},
-     {15, 8, 2, 2},
+     {15, 0, 1, 2},
      "ExceptionOccurred 1, PushLocalFrame 3, PopLocalFrame 3, NewGlobalRef 1, DeleteGlobalRef 1, DeleteLocalRef 4, "
      "NewObjectV 1, CallVoidMethodV 1, NewString 3"},
     {{"property", eSample, &MakeSample<0, 1, 2>, &MakeSample<0, 1, 1>},
-     {6, 4, 0, 0},
+     {6, 0, 0, 0},
      "ExceptionOccurred 1, DeleteLocalRef 2, CallVoidMethodV 1, NewString 2"},
     {{"application with a metric", eSample, &MakeSample<0, 1, 0, 2, 1>, &MakeSample<0, 1, 0, 1, 1>},
-     {17, 9, 2, 2},
+     {17, 1, 1, 2},
      "ExceptionOccurred 3, PushLocalFrame 1, PopLocalFrame 1, NewGlobalRef 2, DeleteGlobalRef 2, DeleteLocalRef 4, "
      "NewObjectV 2, CallVoidMethodV 3, NewString 2"},
     {{"extended metric", eExtendedData, &MakeExtended<3, 1>, &MakeExtended<2, 1>},
-     {16, 8, 0, 0},
+     {16, 0, 0, 0},
      "ExceptionOccurred 3, PushLocalFrame 1, PopLocalFrame 1, NewGlobalRef 2, DeleteGlobalRef 2, DeleteLocalRef 4, "
      "NewObjectV 2, CallVoidMethodV 3, NewString 2"},
     {{"its instance", eExtendedData, &MakeExtended<1, 11>, &MakeExtended<1, 10>},
-     {8, 4, 0, 0},
+     {8, 0, 0, 0},
      "ExceptionOccurred 2, NewGlobalRef 1, DeleteGlobalRef 1, DeleteLocalRef 2, NewObjectV 1, CallVoidMethodV 2, "
      "NewString 1"},
     {{"empty sample", eSample, &MakeSample<0>, nullptr},
-     {24, 28, 0, 1},
+     {24, 14, 0, 1},
      "ExceptionOccurred 1, PushLocalFrame 3, PopLocalFrame 3, NewGlobalRef 2, DeleteGlobalRef 2, DeleteLocalRef 6, "
      "NewObjectV 2, CallObjectMethodV 1, NewString 4"},
     {{"empty extended data", eExtendedData, &MakeExtended<0, 0>, nullptr},
-     {61, 60, 0, 3},
+     {61, 14, 0, 3},
      "ExceptionOccurred 1, ExceptionClear 5, PushLocalFrame 3, PopLocalFrame 3, NewGlobalRef 3, DeleteGlobalRef 3, "
      "DeleteLocalRef 17, NewObjectV 3, CallObjectMethodV 6, NewString 14"},
     {{"start-up", eStartup, &MakeNothing, nullptr},
-     {20, 29, 2, 1},
+     {20, 15, 1, 1},
      "ExceptionOccurred 1, PushLocalFrame 1, PopLocalFrame 1, NewGlobalRef 1, DeleteGlobalRef 1, DeleteLocalRef 6, "
      "NewObjectV 1, CallObjectMethodV 1, NewString 5"},
     {{"session start", eUserSessionStart, &MakeSession, nullptr},
-     {24, 32, 0, 1},
+     {24, 14, 0, 1},
      "PushLocalFrame 2, PopLocalFrame 2, NewGlobalRef 2, DeleteGlobalRef 2, DeleteLocalRef 9, NewObjectV 2, NewString "
      "7"},
     {{"logon", eUserSessionLogon, &MakeSession, nullptr},
-     {88, 69, 0, 1},
+     {88, 19, 0, 1},
      "ExceptionOccurred 14, PushLocalFrame 3, PopLocalFrame 3, NewGlobalRef 5, DeleteGlobalRef 5, DeleteLocalRef 24, "
      "NewObjectV 5, CallObjectMethodV 1, CallVoidMethodV 13, NewString 19"},
     {{"logoff without figures", eUserSessionLogoff, &MakeSession, nullptr},
-     {29, 32, 0, 1},
+     {29, 14, 0, 1},
      "ExceptionOccurred 1, PushLocalFrame 3, PopLocalFrame 3, NewGlobalRef 2, DeleteGlobalRef 2, DeleteLocalRef 9, "
      "NewObjectV 2, CallVoidMethodV 1, NewString 7"},
     {{"refresh", eUserSessionRefresh, &MakeSession, nullptr},
-     {87, 67, 0, 1},
+     {87, 19, 0, 1},
      "ExceptionOccurred 14, PushLocalFrame 3, PopLocalFrame 3, NewGlobalRef 5, DeleteGlobalRef 5, DeleteLocalRef 24, "
      "NewObjectV 5, CallVoidMethodV 14, NewString 19"},
     {{"reconnect", eUserSessionReconnect, &MakeSession, nullptr},
-     {27, 32, 0, 1},
+     {27, 14, 0, 1},
      "ExceptionOccurred 1, PushLocalFrame 2, PopLocalFrame 2, NewGlobalRef 2, DeleteGlobalRef 2, DeleteLocalRef 9, "
      "NewObjectV 2, CallVoidMethodV 1, NewString 7"},
     {{"disconnect", eUserSessionDisconnect, &MakeSession, nullptr},
-     {27, 32, 0, 1},
+     {27, 14, 0, 1},
      "ExceptionOccurred 1, PushLocalFrame 2, PopLocalFrame 2, NewGlobalRef 2, DeleteGlobalRef 2, DeleteLocalRef 9, "
      "NewObjectV 2, CallVoidMethodV 1, NewString 7"},
     {{"session end", eUserSessionEnd, &MakeSession, nullptr},
-     {24, 32, 0, 1},
+     {24, 14, 0, 1},
      "PushLocalFrame 2, PopLocalFrame 2, NewGlobalRef 2, DeleteGlobalRef 2, DeleteLocalRef 9, NewObjectV 2, NewString "
      "7"},
     {{"desktop poll", kDesktopPoll, &MakeNothing, nullptr},
-     {80, 63, 0, 1},
+     {80, 19, 0, 1},
      "ExceptionOccurred 14, PushLocalFrame 2, PopLocalFrame 2, NewGlobalRef 4, DeleteGlobalRef 4, DeleteLocalRef 21, "
      "NewObjectV 4, CallObjectMethodV 1, CallVoidMethodV 13, NewString 17"},
     {{"unnamed type", kUnnamed, &MakeNothing, nullptr}, {3, 14, 0, 1}, "PushLocalFrame 1, PopLocalFrame 1"},

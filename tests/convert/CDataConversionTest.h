@@ -12,6 +12,7 @@
 #include "CAllocationFaults.h"
 #include "CBstr.h"
 #include "CFakeConvertorTest.h"
+#include "CHeldWrapperBlocks.h"
 #include "CJavaLocalFrame.h"
 #include "CJniFaults.h"
 
@@ -149,7 +150,7 @@ protected:
     }
 
     /// Converts with its 1st, 2nd, 3rd ... allocation failing, once and then all after it, until none fails: it throws,
-    /// or its result is whole.
+    /// or its result is whole. Wrappers find no kept memory, but what one gives back serves the next.
     /// @return how often it threw with one allocation failing
     template <typename Convert>
     long FailEachAllocation(const Convert& convert) {
@@ -165,7 +166,10 @@ protected:
             const ResourceCounts before = CResourceLedger::Get().Count();
 
             Object object;
-            const FaultOutcome outcome = Run(fault, convert, object);
+            const FaultOutcome outcome = [&] {
+                const CHeldWrapperBlocks held(*SharedVM());
+                return Run(fault, convert, object);
+            }();
 
             thrown += outcome.IsThrown() && !fault.IsForEver() ? 1 : 0;
             EXPECT_TRUE(!outcome.IsThrown() || outcome.result == E_OUTOFMEMORY) << fault << ": " << outcome;

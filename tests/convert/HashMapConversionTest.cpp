@@ -224,10 +224,10 @@ TEST_F(HashMapConversionTest, EachAllocationMayFail) {
         return convertor.GetHashMap(SharedVM(), &box);
     };
 
-    EXPECT_GT(FailEachAllocation(convert), 10);
+    EXPECT_GE(FailEachAllocation(convert), 4);
 
     MakeThrow(Binding::HashMap::kClass, "put", "refused");
-    EXPECT_GT(FailEachAllocation(convert), 10);
+    EXPECT_GE(FailEachAllocation(convert), 4);
     EXPECT_EQ(Host().Errors(), Texts{});
 }
 
