@@ -34,8 +34,9 @@ std::string DescribeDifference(const std::string& floor, const std::string& brid
 
 }  // namespace
 
-CMeasuredBridge::CMeasuredBridge(CLeanHost& host)
+CMeasuredBridge::CMeasuredBridge(CLeanHost& host, const CKitItems& items)
     : m_host(host),
+      m_sessions(items.MakeSessions()),
       m_env(StartJava()),
       m_ids(FindJavaIds(m_env)),
       m_floor(CPlainJava(m_env), m_ids, host.System(), kAuthToken),
@@ -58,6 +59,7 @@ void CMeasuredBridge::CheckSameObjects(const Workload& workload) {
 
 Variants CMeasuredBridge::MakeVariants(const Workload& workload) {
     m_host.SetLeading(workload.isHostSlow);
+    m_host.UseSessions(workload.isLean ? nullptr : m_sessions.Get());
     return {[this, workload] { m_floor.Send(workload.type, kItemId, workload.data); },
             [workload] { DumpItem(workload.type, workload.data); },
             [this, workload] { m_walk.Send(workload.type, kItemId, workload.data); }};

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "CItemReader.h"
+#include "CKitItems.h"
 #include "CLeanHost.h"
 #include "PlainJava.h"
 #include "SliceRunner.h"
@@ -15,7 +16,8 @@
 /// Java. On the thread that made it. Throws std::runtime_error where something does not run as it is measured.
 class CMeasuredBridge {
 public:
-    explicit CMeasuredBridge(CLeanHost& host);
+    /// `items` are all made by now.
+    CMeasuredBridge(CLeanHost& host, const CKitItems& items);
 
     /// Sends the item both ways and compares what the client heard.
     void CheckSameObjects(const Workload& workload);
@@ -32,6 +34,7 @@ private:
     void WantKept(bool isWanted) const;
 
     CLeanHost& m_host;
+    const CHostReference<ISessionCollection> m_sessions;  // of the items
     JNIEnv* const m_env;
     const JavaIds m_ids;
     const CItemReader<CPlainJava> m_floor;

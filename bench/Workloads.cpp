@@ -31,28 +31,38 @@ std::string Describe(const SampleSize& size) {
     return text;
 }
 
-Workload MakeSample(CLeanHost& host, const char* name, const SampleSize& size) {
-    return {name, Describe(size), eSample, &host.MakeSample(size), size.CountMetrics()};
+Workload MakeSample(CKitItems& items, const char* name, const SampleSize& size) {
+    return {name, Describe(size), eSample, &items.MakeSample(size), size.CountMetrics()};
+}
+
+/// The same with the lean host's objects.
+Workload MakeLeanSample(CLeanHost& host, const char* name, const SampleSize& size) {
+    return {std::string(name) + ", lean", Describe(size), eSample, &host.MakeSample(size), size.CountMetrics(), true};
 }
 
 }  // namespace
 
-std::vector<Workload> MakeWorkloads(CLeanHost& host) {
+std::vector<Workload> MakeWorkloads(CKitItems& items, CLeanHost& host) {
+    constexpr SampleSize kSmallSize{10, 1, 5};
+    constexpr SampleSize kLargeSize = Times(10, kServerSize);
     // One of the server's sessions by itself.
     SampleSize oneSession = kServerSize;
     oneSession.metrics = 0;
     oneSession.sessions = 1;
-    IUnknown& session = host.MakeSession(oneSession);
-    IUnknown& extended = host.MakeExtendedData(kExtendedMetrics, kInstances);
-    Workload slowHost = MakeSample(host, "empty, slow host", {});
+    IUnknown& session = items.MakeSession(oneSession);
+    IUnknown& extended = items.MakeExtendedData(kExtendedMetrics, kInstances);
+    Workload slowHost = MakeSample(items, "empty, slow host", {});
     slowHost.isHostSlow = true;
     return {
-        MakeSample(host, kEmpty, {}),
+        MakeSample(items, kEmpty, {}),
         slowHost,
-        MakeSample(host, kSmall, {10, 1, 5}),
-        MakeSample(host, kServer, kServerSize),
-        MakeSample(host, kLarge, Times(10, kServerSize)),
-        MakeSample(host, kManySessions, Times(20, kServerSize)),
+        MakeSample(items, kSmall, kSmallSize),
+        MakeSample(items, kServer, kServerSize),
+        MakeSample(items, kLarge, kLargeSize),
+        MakeSample(items, kManySessions, Times(20, kServerSize)),
+        MakeLeanSample(host, kSmall, kSmallSize),
+        MakeLeanSample(host, kServer, kServerSize),
+        MakeLeanSample(host, kLarge, kLargeSize),
         {"start-up", "no data", eStartup, nullptr, 0},
         {"session start", "5 properties; sent to nobody", eUserSessionStart, &session, 0},
         {"logon", "5 properties, the machine", eUserSessionLogon, &session, 0},

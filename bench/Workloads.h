@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "CKitItems.h"
 #include "CLeanHost.h"
 
 /// One item that is sent again and again.
@@ -16,6 +17,7 @@ struct Workload {
     unsigned char type;
     IUnknown* data;           ///< the host's
     int metrics;              ///< in it
+    bool isLean = false;      ///< its objects, the machine's sessions among them, are the lean host's own
     bool isHostSlow = false;  ///< the host's service object leads to the other objects, and has none of them itself
 };
 
@@ -26,5 +28,5 @@ inline constexpr char kServer[] = "server";
 inline constexpr char kLarge[] = "large";
 inline constexpr char kManySessions[] = "800 sessions";
 
-/// All of them, with objects of `host`.
-[[nodiscard]] std::vector<Workload> MakeWorkloads(CLeanHost& host);
+/// All of them, of `items`, and for comparison some with objects of `host`, which costs less than real ones can.
+[[nodiscard]] std::vector<Workload> MakeWorkloads(CKitItems& items, CLeanHost& host);

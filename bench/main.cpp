@@ -125,8 +125,9 @@ int RunBench(const Options& options) {
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
     // Never deleted: the library holds objects of it until the process has ended.
     CLeanHost& host = *new CLeanHost;
-    CMeasuredBridge bridge(host);
-    const std::vector<Workload> workloads = Select(MakeWorkloads(host), options.filter);
+    CKitItems items;
+    const std::vector<Workload> workloads = Select(MakeWorkloads(items, host), options.filter);
+    CMeasuredBridge bridge(host, items);
     for (const Workload& workload : workloads) {
         bridge.CheckSameObjects(workload);
     }

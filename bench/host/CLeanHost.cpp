@@ -20,51 +20,11 @@ SystemData MakeSystem() {
     return system;
 }
 
-/// Of ten values four are fractions, five whole numbers of different types, and one a text.
-LeanValue MakeValue(int number) {
-    switch (number % 10) {
-        case 0:
-        case 3:
-        case 5:
-        case 8:
-            return number * 1.25;
-        case 1:
-        case 6:
-            return LONG{number};
-        case 2:
-        case 7:
-            return static_cast<ULONG>(number);
-        case 4:
-            return LONGLONG{number} << 33;
-        default:
-            return L"text value " + std::to_wstring(number);
-    }
-}
-
-/// `first` sets apart what stands side by side, so that no two nodes are alike.
-std::vector<LeanPair> MakeMetrics(int count, int first) {
-    std::vector<LeanPair> metrics;
-    metrics.reserve(static_cast<std::size_t>(count));
-    for (int i = 0; i < count; ++i) {
-        metrics.push_back({L"Measured value " + std::to_wstring(i), MakeValue(first + i)});
-    }
-    return metrics;
-}
-
-std::vector<LeanPair> MakeTexts(int count, const wchar_t* name) {
-    std::vector<LeanPair> texts;
-    for (int i = 0; i < count; ++i) {
-        const std::wstring number = std::to_wstring(i);
-        texts.push_back({name + number, L"value of " + number});
-    }
-    return texts;
-}
-
 std::vector<CLeanInstances::Instance> MakeApplications(const SampleSize& size) {
     std::vector<CLeanInstances::Instance> applications;
     applications.reserve(static_cast<std::size_t>(size.applications));
     for (int i = 0; i < size.applications; ++i) {
-        applications.emplace_back(L"application " + std::to_wstring(i),
+        applications.emplace_back(NameApplication(i),
                                   std::make_unique<CLeanNode>(MakeMetrics(size.applicationMetrics, i)));
     }
     return applications;
@@ -87,7 +47,7 @@ CLeanHost::CLeanHost() : m_system(MakeSystem()) {}
 IUnknown& CLeanHost::MakeSample(const SampleSize& size) {
     std::vector<CLeanInstances::Instance> sessions;
     for (int i = 0; i < size.sessions; ++i) {
-        const CLeanSession& session = m_sessions.Add(MakeTexts(size.properties, L"property "), {}, {});
+        const CLeanSession& session = m_sessions.Add(size.properties, {}, {});
         sessions.emplace_back(std::to_wstring(session.GetId()),
                               std::make_unique<CLeanNode>(MakeMetrics(size.sessionMetrics, i), MakeApplications(size)));
     }
@@ -95,18 +55,19 @@ IUnknown& CLeanHost::MakeSample(const SampleSize& size) {
 }
 
 IUnknown& CLeanHost::MakeSession(const SampleSize& size) {
-    CLeanSession& session = m_sessions.Add(MakeTexts(size.properties, L"property "),
-                                           MakeMetrics(size.sessionMetrics, 0), MakeApplications(size));
+    CLeanSession& session =
+        m_sessions.Add(size.properties, MakeMetrics(size.sessionMetrics, 0), MakeApplications(size));
     return static_cast<IUserSessionInfo&>(session);
 }
 
 IUnknown& CLeanHost::MakeExtendedData(int metrics, int instances) {
-    std::vector<LeanPair> extended;
+    std::vector<MetricData> extended;
     for (int i = 0; i < metrics; ++i) {
-        m_values.push_back(std::make_unique<CLeanValues>(MakeMetrics(instances, i)));
-        extended.push_back({L"Extended metric " + std::to_wstring(i), static_cast<IUnknown*>(m_values.back().get())});
+        m_instances.push_back(std::make_unique<CLeanValues>(MakeMetrics(instances, i)));
+        extended.push_back({NameExtendedMetric(i), MakeInterface(m_instances.back().get())});
     }
-    m_values.push_back(std::make_unique<CLeanValues>(std::move(extended)));
-    m_boxes.push_back(std::make_unique<CLeanBox>(MakeTexts(kMetaDataTexts, L"meta-data ")));
-    return Keep(m_extendedData, std::make_unique<CLeanExtendedData>(m_boxes.back().get(), m_values.back().get()));
+    m_extendedMetrics.push_back(std::make_unique<CLeanValues>(std::move(extended)));
+    m_metaData.push_back(std::make_unique<CLeanBox>(MakeMetaData()));
+    return Keep(m_extendedData,
+                std::make_unique<CLeanExtendedData>(m_metaData.back().get(), m_extendedMetrics.back().get()));
 }

@@ -7,20 +7,7 @@
 #include "CInProcessClassObject.h"
 #include "CLeanSessions.h"
 #include "LeanServices.h"
-
-/// How much there is in a sample.
-struct SampleSize {
-    int metrics = 0;   ///< of the machine
-    int sessions = 0;  ///< and in each of these:
-    int sessionMetrics = 0;
-    int properties = 0;
-    int applications = 0;
-    int applicationMetrics = 0;
-
-    [[nodiscard]] int CountMetrics() const noexcept {
-        return metrics + sessions * (sessionMetrics + applications * applicationMetrics);
-    }
-};
+#include "MeasuredContent.h"
 
 /// A host in front of the library, whose objects cost as little as objects with these interfaces can: the kit that
 /// tests use notes every call, which would be most of what is measured. Found by COM on every thread of the process, as
@@ -39,6 +26,10 @@ public:
     /// Extended metrics, each with so many instances.
     [[nodiscard]] IUnknown& MakeExtendedData(int metrics, int instances);
 
+    /// The machine's sessions from now on: null for its own, as at first; else somebody else's object.
+    void UseSessions(ISessionCollection* sessions) noexcept {
+        m_services.SetSessions(sessions ? sessions : &m_sessions);
+    }
     /// Whether the service object leads to the other objects from now on, or has their interfaces itself, as at first.
     void SetLeading(bool isLeading) noexcept { m_services.SetLeading(isLeading); }
 
@@ -47,19 +38,18 @@ public:
     [[nodiscard]] const std::wstring& GetLastError() const noexcept { return m_logger.GetLastError(); }
     void ForgetError() noexcept { m_logger.ForgetError(); }
 
-    /// How many texts come with extended data.
-    static constexpr int kMetaDataTexts = 5;
-
 private:
     CLeanSystem m_system;
     CLeanLogger m_logger;
     CLeanSessions m_sessions;
-    CLeanServices m_services{{&m_system, &m_logger, &m_sessions}};
+    CLeanServices m_services{m_system, m_logger, m_sessions};
     CLeanServiceClass m_class{m_services};
     CInProcessClassObject m_registration{&m_class};
 
     std::vector<std::unique_ptr<CLeanNode>> m_samples;
-    std::vector<std::unique_ptr<CLeanValues>> m_values;
-    std::vector<std::unique_ptr<CLeanBox>> m_boxes;
+    // Of extended data; each holds references to what stands before it.
+    std::vector<std::unique_ptr<CLeanValues>> m_instances;
+    std::vector<std::unique_ptr<CLeanValues>> m_extendedMetrics;
+    std::vector<std::unique_ptr<CLeanBox>> m_metaData;
     std::vector<std::unique_ptr<CLeanExtendedData>> m_extendedData;
 };

@@ -9,6 +9,7 @@
 #include "CLeanValues.h"
 #include "IInstanceEnumerator.h"
 #include "ISampleNode.h"
+#include "MeasuredContent.h"
 
 class CLeanNode;
 
@@ -32,11 +33,11 @@ private:
 template <typename... Others>
 class CLeanNodeObject : public CLeanObject<Others..., ISampleNode> {
 public:
-    explicit CLeanNodeObject(std::vector<LeanPair> metrics, std::vector<CLeanInstances::Instance> instances = {})
+    explicit CLeanNodeObject(std::vector<NameValueData> metrics, std::vector<CLeanInstances::Instance> instances = {})
         : m_metrics(std::move(metrics)), m_instances(std::move(instances)) {}
 
     HRESULT STDMETHODCALLTYPE get_time(DATE* time) override {
-        *time = kTime;
+        *time = kMeasuredTime;
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE get_instances(IInstanceEnumerator** instances) override {
@@ -52,8 +53,6 @@ public:
     HRESULT STDMETHODCALLTYPE Reserved6() override { return E_NOTIMPL; }
 
 private:
-    static constexpr DATE kTime = 45351.5;
-
     CLeanValues m_metrics;
     CLeanInstances m_instances;
 };

@@ -11,22 +11,13 @@
 #include "ISessionCollection.h"
 #include "IUserSessionInfo.h"
 
-/// Who is logged on in a session.
-struct LeanUser {
-    LONG id;
-    std::wstring sid;
-    std::wstring user;
-    std::wstring domain;
-};
-
 /// A session that is a node of a sample as well, as the data of a logoff is.
 class CLeanSession final : public CLeanNodeObject<IUserSessionInfo> {
 public:
-    CLeanSession(LeanUser user, std::vector<LeanPair> properties, std::vector<LeanPair> metrics,
-                 std::vector<CLeanInstances::Instance> applications)
+    CLeanSession(SessionData user, std::vector<MetricData> metrics, std::vector<CLeanInstances::Instance> applications)
         : CLeanNodeObject(std::move(metrics), std::move(applications)),
           m_user(std::move(user)),
-          m_box(std::move(properties)) {}
+          m_box(m_user.properties.properties) {}
 
     [[nodiscard]] LONG GetId() const noexcept { return m_user.id; }
 
@@ -41,7 +32,7 @@ public:
     HRESULT STDMETHODCALLTYPE get_user(BSTR* user) override { return GiveText(user, m_user.user); }
     HRESULT STDMETHODCALLTYPE get_domain(BSTR* domain) override { return GiveText(domain, m_user.domain); }
     HRESULT STDMETHODCALLTYPE get_state(SHORT* state) override {
-        *state = kConnected;
+        *state = m_user.state;
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE Reserved9() override { return E_NOTIMPL; }
@@ -49,12 +40,10 @@ public:
     HRESULT STDMETHODCALLTYPE Reserved11() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Reserved12() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Reserved13() override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_userLabel(BSTR* label) override { return GiveText(label, m_user.user); }
+    HRESULT STDMETHODCALLTYPE get_userLabel(BSTR* label) override { return GiveText(label, m_user.label); }
 
 private:
-    static constexpr SHORT kConnected = 1;
-
-    const LeanUser m_user;
+    const SessionData m_user;
     CLeanBox m_box;
 };
 
@@ -62,13 +51,11 @@ private:
 class CLeanSessions final : public CLeanObject<ISessionCollection> {
 public:
     /// One more session; lives as long as this.
-    CLeanSession& Add(std::vector<LeanPair> properties, std::vector<LeanPair> metrics,
+    CLeanSession& Add(int properties, std::vector<MetricData> metrics,
                       std::vector<CLeanInstances::Instance> applications) {
-        const auto id = static_cast<LONG>(m_sessions.size() + 1);
-        const std::wstring number = std::to_wstring(id);
-        m_sessions.push_back(std::make_unique<CLeanSession>(
-            LeanUser{id, L"S-1-5-21-3623811015-3361044348-30300820-" + number, L"user" + number, L"EXAMPLE"},
-            std::move(properties), std::move(metrics), std::move(applications)));
+        m_sessions.push_back(
+            std::make_unique<CLeanSession>(MakeMeasuredSession(static_cast<LONG>(m_sessions.size() + 1), properties),
+                                           std::move(metrics), std::move(applications)));
         return *m_sessions.back();
     }
 
@@ -84,9 +71,8 @@ private:
 /// Extended data: a box with "meta-data" and "metrics", and a node for the time.
 class CLeanExtendedData final : public CLeanNodeObject<IPropertyBox> {
 public:
-    /// The objects are somebody else's and outlive this.
     CLeanExtendedData(IUnknown* metaData, IUnknown* metrics)
-        : CLeanNodeObject({}), m_box({{L"meta-data", metaData}, {L"metrics", metrics}}) {}
+        : CLeanNodeObject({}), m_box({{L"meta-data", MakeInterface(metaData)}, {L"metrics", MakeInterface(metrics)}}) {}
 
     HRESULT STDMETHODCALLTYPE get_enumerator(INameValueEnumerator** properties) override {
         return m_box.get_enumerator(properties);

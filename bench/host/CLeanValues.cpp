@@ -3,49 +3,16 @@
 #include <algorithm>
 #include <string_view>
 
-namespace {
-
-/// Fills a VARIANT by the value's kind.
-struct Giver {
-    VARIANT& given;
-
-    HRESULT operator()(LONG value) const noexcept {
-        given.vt = VT_I4;
-        given.lVal = value;
-        return S_OK;
+HRESULT GiveValue(VARIANT* given, const VARIANT& value) noexcept {
+    *given = value;
+    if (value.vt == VT_BSTR) {
+        given->bstrVal = SysAllocStringLen(value.bstrVal, SysStringLen(value.bstrVal));
+        return given->bstrVal ? S_OK : E_OUTOFMEMORY;
     }
-    HRESULT operator()(ULONG value) const noexcept {
-        given.vt = VT_UI4;
-        given.ulVal = value;
-        return S_OK;
+    if (value.vt == VT_UNKNOWN) {
+        value.punkVal->AddRef();
     }
-    HRESULT operator()(LONGLONG value) const noexcept {
-        given.vt = VT_I8;
-        given.llVal = value;
-        return S_OK;
-    }
-    HRESULT operator()(double value) const noexcept {
-        given.vt = VT_R8;
-        given.dblVal = value;
-        return S_OK;
-    }
-    HRESULT operator()(const std::wstring& value) const noexcept {
-        const HRESULT made = GiveText(&given.bstrVal, value);
-        given.vt = static_cast<VARTYPE>(SUCCEEDED(made) ? VT_BSTR : VT_EMPTY);
-        return made;
-    }
-    HRESULT operator()(IUnknown* value) const noexcept {
-        given.vt = VT_UNKNOWN;
-        given.punkVal = value;
-        value->AddRef();
-        return S_OK;
-    }
-};
-
-}  // namespace
-
-HRESULT GiveValue(VARIANT* given, const LeanValue& value) {
-    return std::visit(Giver{*given}, value);
+    return S_OK;
 }
 
 HRESULT CLeanValues::Next(BSTR* name, VARIANT* value) {
@@ -53,14 +20,14 @@ HRESULT CLeanValues::Next(BSTR* name, VARIANT* value) {
         m_position = 0;
         return S_FALSE;
     }
-    const LeanPair& pair = m_pairs[m_position++];
+    const NameValueData& pair = m_pairs[m_position++];
     const HRESULT made = GiveText(name, pair.name);
-    return FAILED(made) ? made : GiveValue(value, pair.value);
+    return FAILED(made) ? made : GiveValue(value, pair.value.Get());
 }
 
-const LeanValue* CLeanValues::Find(BSTR name) const noexcept {
+const VARIANT* CLeanValues::Find(BSTR name) const noexcept {
     const std::wstring_view wanted(name, SysStringLen(name));
-    const auto found =
-        std::find_if(m_pairs.begin(), m_pairs.end(), [wanted](const LeanPair& pair) { return pair.name == wanted; });
-    return found == m_pairs.end() ? nullptr : &found->value;
+    const auto found = std::find_if(m_pairs.begin(), m_pairs.end(),
+                                    [wanted](const NameValueData& pair) { return pair.name == wanted; });
+    return found == m_pairs.end() ? nullptr : &found->value.Get();
 }

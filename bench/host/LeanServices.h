@@ -1,8 +1,8 @@
 #pragma once
 
+#include <initializer_list>
 #include <memory>
 #include <utility>
-#include <vector>
 
 #include "CCallRecord.h"
 #include "CLeanObject.h"
@@ -10,6 +10,7 @@
 #include "HostData.h"
 #include "IHostLogger.h"
 #include "IHostServiceProvider.h"
+#include "ISessionCollection.h"
 #include "ISystemInfo.h"
 #include "NetworkInterfaceArray.h"
 
@@ -80,7 +81,10 @@ private:
 /// slow one.
 class CLeanServices final : public CLeanObject<IHostServiceProvider> {
 public:
-    explicit CLeanServices(std::vector<IUnknown*> objects) : m_objects(std::move(objects)) {}
+    CLeanServices(ISystemInfo& system, IHostLogger& logger, ISessionCollection& sessions) noexcept
+        : m_system(system), m_logger(logger), m_sessions(&sessions) {}
+
+    void SetSessions(ISessionCollection* sessions) noexcept { m_sessions = sessions; }
 
     /// Which kind of host it is from now on.
     void SetLeading(bool isLeading) noexcept { m_isLeading = isLeading; }
@@ -97,7 +101,7 @@ public:
     HRESULT STDMETHODCALLTYPE Reserved5() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Reserved6() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetHostObject(REFIID interfaceId, IUnknown** object) override {
-        for (IUnknown* const candidate : m_objects) {
+        for (IUnknown* const candidate : std::initializer_list<IUnknown*>{&m_system, &m_logger, m_sessions}) {
             if (SUCCEEDED(candidate->QueryInterface(interfaceId, reinterpret_cast<void**>(object)))) {
                 return S_OK;
             }
@@ -106,7 +110,9 @@ public:
     }
 
 private:
-    const std::vector<IUnknown*> m_objects;
+    ISystemInfo& m_system;
+    IHostLogger& m_logger;
+    ISessionCollection* m_sessions;
     bool m_isLeading = false;
 };
 
