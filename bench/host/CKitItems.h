@@ -9,7 +9,7 @@
 #include "MeasuredContent.h"
 
 /// Measured items of the objects that the tests' host consists of: what they say is copied when they are asked, as
-/// hosts do whose data goes on changing, and every enumerator and node is a new object. Nothing is noted of the calls.
+/// hosts do whose data goes on changing, and every enumerator and node is a new object. Their record keeps no calls.
 /// The items live as long as this.
 class CKitItems {
 public:

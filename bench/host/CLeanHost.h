@@ -9,9 +9,9 @@
 #include "LeanServices.h"
 #include "MeasuredContent.h"
 
-/// A host in front of the library, whose objects cost as little as objects with these interfaces can: the kit that
-/// tests use notes every call, which would be most of what is measured. Found by COM on every thread of the process, as
-/// long as it lives; COM is initialised on the thread that makes it. What it makes lives as long as it does.
+/// A host in front of the library, whose objects cost as little as objects with these interfaces can. Found by COM on
+/// every thread of the process, as long as it lives; COM is initialised on the thread that makes it. What it makes
+/// lives as long as it does.
 class CLeanHost {
 public:
     CLeanHost();
