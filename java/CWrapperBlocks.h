@@ -10,7 +10,7 @@
 /// goes to the heap instead.
 class CWrapperBlocks {
 public:
-    static constexpr std::size_t kBlockSize = 80;
+    static constexpr std::size_t kBlockSize = 80;  ///< the largest wrapper, its owners' count, and some room
     static constexpr int kMostKept = 32;
 
     CWrapperBlocks() noexcept = default;

@@ -1,6 +1,5 @@
 #include "CLeanHost.h"
 
-#include <algorithm>
 #include <string>
 
 namespace {

@@ -1,8 +1,8 @@
 #include "MeasuredContent.h"
 
-#include <string>
-
 namespace {
+
+constexpr int kMetaDataTexts = 5;
 
 /// Of ten values four are fractions, five whole numbers of different types, and one a text.
 CVariantValue MakeValue(int number) {
@@ -25,6 +25,17 @@ CVariantValue MakeValue(int number) {
     }
 }
 
+/// Texts named `name` and a number.
+std::vector<PropertyData> MakeTexts(int count, const wchar_t* name) {
+    std::vector<PropertyData> texts;
+    texts.reserve(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i) {
+        const std::wstring number = std::to_wstring(i);
+        texts.push_back({name + number, MakeText(L"value of " + number)});
+    }
+    return texts;
+}
+
 }  // namespace
 
 std::vector<MetricData> MakeMetrics(int count, int first) {
@@ -34,16 +45,6 @@ std::vector<MetricData> MakeMetrics(int count, int first) {
         metrics.push_back({L"Measured value " + std::to_wstring(i), MakeValue(first + i)});
     }
     return metrics;
-}
-
-std::vector<PropertyData> MakeTexts(int count, const wchar_t* name) {
-    std::vector<PropertyData> texts;
-    texts.reserve(static_cast<std::size_t>(count));
-    for (int i = 0; i < count; ++i) {
-        const std::wstring number = std::to_wstring(i);
-        texts.push_back({name + number, MakeText(L"value of " + number)});
-    }
-    return texts;
 }
 
 std::vector<PropertyData> MakeMetaData() {

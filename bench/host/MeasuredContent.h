@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <string>
 #include <vector>
 
 #include "HostData.h"
@@ -27,10 +28,7 @@ inline constexpr DATE kMeasuredTime = 45351.5;
 /// `first` sets apart what stands side by side, so that no two nodes are alike.
 [[nodiscard]] std::vector<MetricData> MakeMetrics(int count, int first);
 
-/// Texts named `name` and a number.
-[[nodiscard]] std::vector<PropertyData> MakeTexts(int count, const wchar_t* name);
-/// How many texts come with extended data.
-inline constexpr int kMetaDataTexts = 5;
+/// The texts that come with extended data.
 [[nodiscard]] std::vector<PropertyData> MakeMetaData();
 
 [[nodiscard]] std::wstring NameApplication(int number);

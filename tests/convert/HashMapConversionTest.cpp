@@ -224,10 +224,10 @@ TEST_F(HashMapConversionTest, EachAllocationMayFail) {
         return convertor.GetHashMap(SharedVM(), &box);
     };
 
-    EXPECT_GE(FailEachAllocation(convert), 4);
+    EXPECT_EQ(FailEachAllocation(convert), 4);
 
     MakeThrow(Binding::HashMap::kClass, "put", "refused");
-    EXPECT_GE(FailEachAllocation(convert), 4);
+    EXPECT_EQ(FailEachAllocation(convert), 4);
     EXPECT_EQ(Host().Errors(), Texts{});
 }
 

@@ -250,7 +250,7 @@ private:
 };
 
 TEST_F(SampleMemoryTest, EachAllocationMayFail) {
-    EXPECT_GE(FailEachAllocation(MakeConvertor()), 8);
+    EXPECT_EQ(FailEachAllocation(MakeConvertor()), 8);
     EXPECT_EQ(Host().Errors(), Texts{});
 }
 
@@ -260,7 +260,7 @@ TEST_F(SampleMemoryTest, EachAllocationMayFailWhereJavaRefuses) {
     MakeThrow(Binding::BaseUserSession::kClass, "putRemoteApp", "a reason that is longer than a short text");
     MakeThrow(Binding::BaseRemoteApp::kClass, "putMetric", "a reason that is longer than a short text");
 
-    EXPECT_GE(FailEachAllocation(MakeConvertorWithoutLogger()), 20);
+    EXPECT_EQ(FailEachAllocation(MakeConvertorWithoutLogger()), 20);
 }
 
 TEST_F(SampleMemoryTest, EachMessagesTextMayFindNoMemoryAndNoExceptionStaysPending) {

@@ -87,22 +87,26 @@ TEST_F(CWrapperBlocksTest, TheEndFreesWhatIsKept) {
 }
 
 TEST_F(CWrapperBlocksTest, NoTwoThreadsHoldTheSameBlock) {
-    constexpr int kThreads = 8;
-    constexpr int kRounds = 20000;
+    constexpr int kThreads = 4;
+    constexpr int kRounds = 200'000;
+    constexpr int kHeld = 4;
     CWrapperBlocks blocks;
     std::atomic<int> collisions{0};
     std::vector<std::thread> threads;
     threads.reserve(kThreads);
     for (int thread = 0; thread < kThreads; ++thread) {
         threads.emplace_back([&, mark = static_cast<unsigned char>(thread + 1)] {
+            std::array<Block*, kHeld> held{};
             for (int round = 0; round < kRounds; ++round) {
-                auto* const block = static_cast<Block*>(blocks.Take());
-                block->fill(mark);
-                if (round % 64 == 0) {
-                    std::this_thread::yield();
+                for (Block*& block : held) {
+                    block = static_cast<Block*>(blocks.Take());
+                    block->fill(mark);
                 }
-                collisions += std::count(block->begin(), block->end(), mark) == CWrapperBlocks::kBlockSize ? 0 : 1;
-                blocks.GiveBack(block);
+                for (Block* const block : held) {
+                    const bool isMine = block->front() == mark && block->back() == mark;
+                    collisions += isMine ? 0 : 1;
+                    blocks.GiveBack(block);
+                }
             }
         });
     }

@@ -113,6 +113,17 @@ TEST_F(CWideStringTest, FormatsATextOfAMegabyte) {
     EXPECT_EQ(text.GetView(), L"<" + argument + L">");
 }
 
+TEST_F(CWideStringTest, FormatsTextsOfAnyLengthWhole) {
+    for (std::size_t length = 0; length < 600; ++length) {
+        const std::wstring argument(length, L'y');
+
+        const CWideString text = CWideString::Format(L"<%s>", argument.c_str());
+
+        ASSERT_EQ(text.GetView(), L"<" + argument + L">") << length;
+        ASSERT_EQ(text.GetText()[length + 2], L'\0') << length;
+    }
+}
+
 TEST_F(CWideStringTest, DirectivesInAnArgumentStayAsTheyAre) {
     EXPECT_EQ(CWideString::Format(L"to %s", L"%s%n%5000d").GetView(), L"to %s%n%5000d");
 }
